@@ -1,0 +1,1 @@
+namespace {}  // Keeps the library non-empty.
