@@ -26,7 +26,7 @@ struct IQComponent2 : IQUnknown {
   virtual Status Uninitialize(Flag final) = 0;  // slot 7
   /// Gives a new text.
   virtual Status GetName(char16_t** name) = 0;  // slot 8
-  /// Gives two images: variants tagged 0x2011, one byte variant a pixel byte. The receiver clears
+  /// Gives two images: variants tagged kVariantByteArray, one byte variant a pixel byte. The receiver clears
   /// them.
   virtual Status GetBitmaps(Variant* image, Variant* mask) = 0;  // slot 9
 };

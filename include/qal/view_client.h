@@ -41,7 +41,7 @@ struct IQFormatViewClient2 : IQUnknown {
   virtual Status GetFormatName(char16_t** name) = 0;  // slot 3
   virtual Status Reserved4() = 0;                     // slot 4: answers 0
   virtual Status Reserved5(std::uintptr_t a) = 0;     // slot 5: answers 0
-  /// A variant tagged 0x2008; the receiver clears it.
+  /// A variant tagged kVariantTextArray; the receiver clears it.
   virtual Status GetCategories(Variant* categories) = 0;                                       // slot 6
   virtual Status GetCurrentColours(std::uint32_t* foreground, std::uint32_t* background) = 0;  // slot 7
   /// 1 and nothing set when there is no font.

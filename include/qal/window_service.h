@@ -4,7 +4,7 @@
 
 /// The IDE's docking frames, menus, toolbars, accelerators and window registrations, in four versions, each
 /// extending the one before. User-interface thread only. `key` names the object that registers and withdraws;
-/// `classId` its component. Lists of ids are variants by pointer, tagged 0x2017; an absent list is
+/// `classId` its component. Lists of ids are variants by pointer, tagged kVariantU32Array; an absent list is
 /// an empty variant, never null. `outA` and `outB` may point to one variable.
 namespace qal {
 
