@@ -1,0 +1,19 @@
+#include "model/coverage_window.h"
+
+namespace coverage {
+
+void CoverageWindow::TakeStats() {
+  stats.assign(instances.empty() ? 0 : instances.rbegin()->first, {});
+  for (const auto& [number, instance] : instances) {
+    if (number != 0 && instance != nullptr) stats[number - 1] = instance->Snapshot();
+  }
+}
+
+CoverageInstance* CoverageWindow::Displayed() const {
+  for (const auto& [number, instance] : instances) {
+    if (instance != nullptr && instance->shown == 1) return instance;
+  }
+  return nullptr;
+}
+
+}  // namespace coverage

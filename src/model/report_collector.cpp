@@ -1,0 +1,87 @@
+#include "model/report_collector.h"
+
+#include <mutex>
+#include <vector>
+
+#include "model/command_model.h"
+#include "model/services.h"
+#include "qal/all.h"
+
+namespace coverage {
+
+namespace {
+
+template <class Pair>
+std::span<const Pair> Block(const Pair* pairs, std::uint32_t count) {
+  return pairs != nullptr ? std::span(pairs, count) : std::span<const Pair>();
+}
+
+std::uint32_t TraceStart(qal::IQHost* host) {
+  std::uint32_t address = 0;
+  auto* service = FindService<qal::IQTraceStart>(host, qal::iid::kTraceStart);
+  if (service == nullptr || qal::Failed(service->GetAddress(0, &address))) return 0;
+  return address;
+}
+
+}  // namespace
+
+bool ReportCollector::Collect(std::span<CoverageInstance* const> instances, CommandModel* commands) {
+  // Services are asked before the lock is taken.
+  std::uint32_t pathCount = 0;
+  std::uint32_t countCount = 0;
+  std::uint32_t passCount = 0;
+  const qal::PathPair* path = nullptr;
+  const qal::CountPair* counts = nullptr;
+  const qal::CountPair* pass = nullptr;
+  auto* paths = FindService<qal::IQPathCoverage>(host_, qal::iid::kPathCoverage);
+  const bool hasPath = paths != nullptr && qal::Succeeded(paths->GetPath(&pathCount, &path));
+  std::uint32_t from = 0;
+  if (hasPath) {
+    from = TraceStart(host_);
+  } else {
+    auto* counters = FindService<qal::IQCountCoverage>(host_, qal::iid::kCountCoverage);
+    if (counters == nullptr || qal::Failed(counters->GetCounts(&countCount, &counts, &passCount, &pass))) {
+      return false;
+    }
+  }
+
+  std::vector<CoverageCounts*> stores;
+  for (CoverageInstance* instance : instances) {
+    if (instance->counts->active() == 1) stores.push_back(instance->counts.get());
+    instance->modified = 1;
+    instance->saved = 0;
+  }
+  std::unique_lock<std::mutex> lock;
+  if (commands != nullptr) {
+    lock = std::unique_lock(commands->mutex_);
+    for (CoverageCounts* store : commands->Stores()) {
+      if (store->active() == 1) stores.push_back(store);
+    }
+  }
+  if (hasPath) {
+    AddPath(from, Block(path, pathCount), stores);
+  } else {
+    for (CoverageCounts* store : stores) {
+      store->table().AddCounts(Block(counts, countCount));
+      store->table().OrPass(Block(pass, passCount));
+    }
+  }
+  if (commands != nullptr && commands->readers_ > 0) commands->SettleStores();
+  return true;
+}
+
+void ReportCollector::AddPath(std::uint32_t from, std::span<const qal::PathPair> pairs,
+                              std::span<CoverageCounts* const> stores) {
+  if (pairs.empty() || stores.empty()) return;
+  if (stores.size() == 1) {
+    stores.front()->table().AddPath(from, pairs);
+    return;
+  }
+  std::vector<CoverageCellTable*> tables;
+  tables.reserve(stores.size());
+  for (CoverageCounts* store : stores) tables.push_back(&store->table());
+  grid_.Choose(tables);
+  grid_.AddPath(from, pairs);
+}
+
+}  // namespace coverage

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <span>
+
+#include "model/coverage_instance.h"
+#include "model/path_grid.h"
+
+namespace qal {
+struct IQHost;
+}  // namespace qal
+
+namespace coverage {
+
+class CommandModel;
+
+/// Takes the debugger's report, once, into every enabled instance and command store. UI thread only. It may
+/// end before or after the stores it served.
+class ReportCollector {
+ public:
+  explicit ReportCollector(qal::IQHost* host) : host_(host) {}
+
+  /// Asks the path-coverage service, then the count-coverage service; the first that answers counts. Every
+  /// instance given gets modified 1 and saved 0, enabled or not. False, and nothing changed, when neither
+  /// answers. `commands` may be null; its lock is held while counters change, and its stores are settled at
+  /// once while a second thread reads them.
+  bool Collect(std::span<CoverageInstance* const> instances, CommandModel* commands);
+
+ private:
+  void AddPath(std::uint32_t from, std::span<const qal::PathPair> pairs,
+               std::span<CoverageCounts* const> stores);
+
+  qal::IQHost* host_;
+  PathGrid grid_;
+};
+
+}  // namespace coverage
