@@ -1,0 +1,203 @@
+#include "macro/coverage_test_client.h"
+
+#include <new>
+
+#include "model/services.h"
+#include "platform/text.h"
+#include "platform/variant.h"
+
+namespace coverage {
+namespace {
+
+constexpr std::uint32_t kClientNumber = 17;
+/// Kinds of image that TranslateImage does not know.
+constexpr std::uint32_t kForeignKinds[] = {64, 128};
+constexpr qal::Status kNothing = 1;
+
+/// Runs an operation; what it throws ends here.
+template <class Operation>
+qal::Status Guarded(Operation operation) {
+  try {
+    return operation();
+  } catch (...) {
+    return qal::kFail;
+  }
+}
+
+/// Hands a verdict out. A malformed image leaves the texts alone.
+qal::Status GiveVerdict(const ImageVerdict& verdict, char16_t** resultName, char16_t** messages,
+                        std::uint32_t* runStatus) {
+  if (runStatus && verdict.runStatus != 0) *runStatus = verdict.runStatus;
+  if (verdict.runStatus == 2) return kNothing;
+  if (resultName) *resultName = platform::NewWide(verdict.resultName);
+  if (messages) *messages = platform::NewWide(verdict.messages);
+  return qal::kOk;
+}
+
+}  // namespace
+
+CoverageTestClient::CoverageTestClient(qal::IQHost* host, qal::IQTestImageSource* component,
+                                       ImageWindows* windows, ImageSelectionEditor* editor)
+    : host_(host), component_(component), windows_(windows), editor_(editor) {
+  if (host_) host_->Advise(&qal::iid::kCoverageTestClient, static_cast<qal::IQCoverageTestClient*>(this));
+}
+
+CoverageTestClient::~CoverageTestClient() {
+  if (host_) host_->Unadvise(&qal::iid::kCoverageTestClient, static_cast<qal::IQCoverageTestClient*>(this));
+}
+
+qal::Status CoverageTestClient::QueryInterface(const qal::Guid* identifier, void** out) {
+  *out = nullptr;
+  if (*identifier == qal::iid::kUnknown || *identifier == qal::iid::kCoverageTestClient) {
+    *out = static_cast<qal::IQCoverageTestClient*>(this);
+  } else if (*identifier == qal::iid::kTestClientName) {
+    *out = static_cast<qal::IQTestClientName*>(this);
+  } else if (*identifier == qal::iid::kTestClientContext) {
+    *out = static_cast<qal::IQTestClientContext*>(this);
+  }
+  return *out ? qal::kOk : qal::kNoInterface;
+}
+
+qal::Status CoverageTestClient::GetClientInfo(char16_t** name, qal::Guid* client,
+                                              qal::IQTestImageSource** component, std::uint32_t* number,
+                                              char16_t** version) {
+  *name = platform::NewWide("Coverage");
+  *client = qal::id::kTestClient;
+  *component = component_;
+  *number = kClientNumber;
+  *version = platform::NewWide(kImageVersion);
+  return qal::kOk;
+}
+
+qal::Status CoverageTestClient::GetImage(char16_t** image) {
+  return Guarded([&] {
+    std::string text = ImageHead(selection_.options);
+    if (windows_) text += CoverageImages(host_, *windows_).WriteImage(selection_.tokens);
+    *image = platform::NewWide(text);
+    return qal::kOk;
+  });
+}
+
+qal::Status CoverageTestClient::SetSelectionChecked(qal::WideText text, qal::Flag* unfinished) {
+  return Guarded([&] {
+    bool complete = false;
+    selection_ = ParseImageSelection(platform::Narrow(text), &complete);
+    if (complete && unfinished) *unfinished = qal::kFalse;
+    return qal::kOk;
+  });
+}
+
+qal::Status CoverageTestClient::Verify(qal::WideText image, char16_t** resultName, char16_t** messages,
+                                       std::uint32_t* runStatus) {
+  return Guarded([&] {
+    const std::string text = platform::Narrow(image);
+    selection_ = ParseImageSelection(text);
+    if (!windows_) return qal::kFail;
+    return GiveVerdict(CoverageImages(host_, *windows_).VerifyImage(text), resultName, messages, runStatus);
+  });
+}
+
+qal::Status CoverageTestClient::Compare(qal::WideText first, qal::WideText second, char16_t** resultName,
+                                        char16_t** messages, std::uint32_t* runStatus) {
+  return Guarded([&] {
+    const std::string text = platform::Narrow(first);
+    selection_ = ParseImageSelection(text);
+    return GiveVerdict(CompareImages(text, platform::Narrow(second)), resultName, messages, runStatus);
+  });
+}
+
+qal::Status CoverageTestClient::EditSelection() {
+  return Guarded([&] {
+    if (!windows_ || !editor_) return qal::kOk;
+    std::vector<std::string> tokens = CoverageImages(host_, *windows_).ListItems();
+    for (std::string& token : tokens) {
+      for (const std::string& old : selection_.tokens) {
+        if (old.size() < kTokenBody) continue;
+        if (!platform::EqualNoCase(std::string_view(old).substr(kTokenBody),
+                                   std::string_view(token).substr(kTokenBody))) {
+          continue;
+        }
+        token = old;
+        break;
+      }
+    }
+    selection_.tokens = std::move(tokens);
+    editor_->Edit(selection_, bigRangeAnswer_);
+    return qal::kOk;
+  });
+}
+
+qal::Status CoverageTestClient::TranslateImage(qal::WideText text, std::uint32_t kind, char16_t** copy) {
+  return Guarded([&]() -> qal::Status {
+    for (const std::uint32_t foreign : kForeignKinds) {
+      if (kind == foreign) return kNothing;
+    }
+    const std::string narrow = platform::Narrow(text);
+    if (narrow.empty()) return kNothing;
+    *copy = platform::NewWide(narrow);
+    return qal::kOk;
+  });
+}
+
+qal::Status CoverageTestClient::SetSelection(qal::WideText text) {
+  return Guarded([&] {
+    selection_ = ParseImageSelection(platform::Narrow(text));
+    return qal::kOk;
+  });
+}
+
+qal::Status CoverageTestClient::GetSelection(char16_t** text) {
+  return Guarded([&] {
+    std::string selection = ImageHead(selection_.options);
+    if (windows_) selection += CoverageImages(host_, *windows_).WriteSelection(selection_.tokens);
+    *text = platform::NewWide(selection);
+    return qal::kOk;
+  });
+}
+
+qal::Status CoverageTestClient::GetCurrentImage(char16_t** image) {
+  GetImage(image);
+  return qal::kOk;
+}
+
+qal::Status CoverageTestClient::Reserved1(std::uintptr_t, std::uintptr_t) { return kNothing; }
+
+qal::Status CoverageTestClient::VerifyWithSelection(qal::WideText image, qal::WideText selection,
+                                                    char16_t** resultName, char16_t** messages,
+                                                    std::uint32_t* runStatus) {
+  SetSelectionAlias(selection);
+  return Verify(image, resultName, messages, runStatus);
+}
+
+qal::Status CoverageTestClient::CompareWithSelection(qal::WideText first, qal::WideText, qal::WideText second,
+                                                     qal::WideText, char16_t** resultName,
+                                                     char16_t** messages, std::uint32_t* runStatus) {
+  SetSelectionAlias(first);
+  return Compare(first, second, resultName, messages, runStatus);
+}
+
+qal::Status CoverageTestClient::SetSelectionAlias(qal::WideText text) { return SetSelection(text); }
+
+qal::Status CoverageTestClient::GetDisplayName(char16_t** name) {
+  *name = platform::NewWide("Coverage test client");
+  return qal::kOk;
+}
+
+qal::Status CoverageTestClient::GetClientName(char16_t** name) {
+  *name = platform::NewWide("TectClientCoverage");
+  return qal::kOk;
+}
+
+qal::Status CoverageTestClient::Reserved2(std::uintptr_t) { return kNothing; }
+qal::Status CoverageTestClient::Reserved3(std::uintptr_t, std::uintptr_t) { return kNothing; }
+
+qal::Status CoverageTestClient::GetContextText(char16_t** text) {
+  auto* project = FindService<qal::IQProject>(host_, qal::iid::kProject);
+  if (!project) return qal::kFail;
+  project->GetContextText(text);
+  return qal::kOk;
+}
+
+qal::Status CoverageTestClient::Reserved4() { return qal::kOk; }
+
+}  // namespace coverage

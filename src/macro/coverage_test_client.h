@@ -1,0 +1,79 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "macro/coverage_images.h"
+#include "qal/all.h"
+
+namespace coverage {
+
+/// Lets the person choose what goes into an image. The token list is changed in place whatever the answer is;
+/// the options only when the person confirmed.
+class ImageSelectionEditor {
+ public:
+  virtual void Edit(ImageSelection& selection, std::uint32_t& bigRangeAnswer) = 0;
+
+ protected:
+  ~ImageSelectionEditor() = default;
+};
+
+/// What the IDE's test framework drives: keeps the selection and the options, writes images, verifies and
+/// compares them. Registers itself with the host for as long as it lives. UI thread only.
+class CoverageTestClient final : public qal::IQCoverageTestClient,
+                                 public qal::IQTestClientName,
+                                 public qal::IQTestClientContext {
+ public:
+  /// All borrowed. `host` may be null; `windows` may be none and be given later.
+  CoverageTestClient(qal::IQHost* host, qal::IQTestImageSource* component, ImageWindows* windows,
+                     ImageSelectionEditor* editor);
+  ~CoverageTestClient();
+  CoverageTestClient(const CoverageTestClient&) = delete;
+  CoverageTestClient& operator=(const CoverageTestClient&) = delete;
+
+  /// The windows of a new view control, or null when it goes away.
+  void SetWindows(ImageWindows* windows) { windows_ = windows; }
+
+  qal::Status QueryInterface(const qal::Guid* identifier, void** out) override;
+  std::uint32_t AddRef() override { return 1; }
+  std::uint32_t Release() override { return 0; }
+
+  qal::Status GetClientInfo(char16_t** name, qal::Guid* client, qal::IQTestImageSource** component,
+                            std::uint32_t* number, char16_t** version) override;
+  qal::Status GetImage(char16_t** image) override;
+  qal::Status SetSelectionChecked(qal::WideText text, qal::Flag* unfinished) override;
+  qal::Status Verify(qal::WideText image, char16_t** resultName, char16_t** messages,
+                     std::uint32_t* runStatus) override;
+  qal::Status Compare(qal::WideText first, qal::WideText second, char16_t** resultName, char16_t** messages,
+                      std::uint32_t* runStatus) override;
+  qal::Status EditSelection() override;
+  qal::Status TranslateImage(qal::WideText text, std::uint32_t kind, char16_t** copy) override;
+  qal::Status SetSelection(qal::WideText text) override;
+  qal::Status GetSelection(char16_t** text) override;
+  qal::Status GetCurrentImage(char16_t** image) override;
+  qal::Status Reserved1(std::uintptr_t a, std::uintptr_t b) override;
+  qal::Status VerifyWithSelection(qal::WideText image, qal::WideText selection, char16_t** resultName,
+                                  char16_t** messages, std::uint32_t* runStatus) override;
+  qal::Status CompareWithSelection(qal::WideText first, qal::WideText ignored, qal::WideText second,
+                                   qal::WideText alsoIgnored, char16_t** resultName, char16_t** messages,
+                                   std::uint32_t* runStatus) override;
+  qal::Status SetSelectionAlias(qal::WideText text) override;
+
+  qal::Status GetDisplayName(char16_t** name) override;
+  qal::Status GetClientName(char16_t** name) override;
+  qal::Status Reserved2(std::uintptr_t a) override;
+  qal::Status Reserved3(std::uintptr_t a, std::uintptr_t b) override;
+
+  qal::Status GetContextText(char16_t** text) override;
+  qal::Status Reserved4() override;
+
+ private:
+  qal::IQHost* host_;
+  qal::IQTestImageSource* component_;
+  ImageWindows* windows_;
+  ImageSelectionEditor* editor_;
+  ImageSelection selection_;
+  std::uint32_t bigRangeAnswer_ = 0;
+};
+
+}  // namespace coverage

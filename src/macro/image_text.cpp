@@ -1,0 +1,139 @@
+#include "macro/image_text.h"
+
+#include <algorithm>
+#include <cstring>
+#include <limits>
+
+#include "platform/text.h"
+
+namespace coverage {
+namespace {
+
+bool HasKind(std::string_view token, std::string_view kind) {
+  return token.size() >= kTokenBody && platform::EqualNoCase(token.substr(0, kind.size()), kind);
+}
+
+}  // namespace
+
+std::string_view OutcomeName(qal::Status outcome, bool comparing) {
+  switch (outcome) {
+    case kAddressMismatch:
+      return comparing ? "Address mismatch" : "Address Mismatch";
+    case kExecutionMismatch:
+      return "Execution Path mismatch";
+    case kTimesMismatch:
+      return "Instruction execution time mismatch";
+    case kPassMismatch:
+      return "Pass mismatch";
+    case kRangeNotFound:
+      return "Range not found";
+    case kImageCorrupted:
+      return "Image file corrupted";
+    default:
+      return {};
+  }
+}
+
+bool IsSourceToken(std::string_view token) { return HasKind(token, "src"); }
+bool IsRangeToken(std::string_view token) { return HasKind(token, "rng"); }
+bool IsSelectedToken(std::string_view token) { return token.size() > kTokenMark && token[kTokenMark] == '+'; }
+
+std::string RangeToken(std::uint32_t start, std::uint32_t end, bool selected) {
+  return platform::Format("rng%c0x%X - 0x%X", selected ? '+' : '-', start, end);
+}
+
+std::string SourceToken(std::string_view sourceFile, bool selected) {
+  return std::string(selected ? "src+" : "src-").append(sourceFile);
+}
+
+std::string_view TokenLabel(std::string_view token) {
+  const std::size_t backslash = platform::FindLastBackslash(token);
+  if (backslash != std::string_view::npos) return token.substr(backslash + 1);
+  return token.size() > kTokenBody ? token.substr(kTokenBody) : std::string_view();
+}
+
+std::string StarsForBackslashes(std::string_view text) { return platform::ReplaceAll(text, "\\", "*"); }
+std::string BackslashesForStars(std::string_view text) { return platform::ReplaceAll(text, "*", "\\"); }
+
+ImageSelection ParseImageSelection(std::string_view text, bool* complete) {
+  ImageSelection selection;
+  if (complete) *complete = !text.empty();
+  if (text.empty()) return selection;
+  const std::string_view digits = text.substr(std::min(kImageVersion.size(), text.size()), 2);
+  selection.options = static_cast<std::uint32_t>(CountOfField(digits));
+  for (std::size_t open = text.find('('); open != std::string_view::npos;) {
+    const std::size_t close = text.find(')', open);
+    if (close == std::string_view::npos) {
+      if (complete) *complete = false;
+      break;
+    }
+    selection.tokens.push_back(BackslashesForStars(text.substr(open + 1, close - open - 1)));
+    open = text.find('(', close);
+  }
+  return selection;
+}
+
+std::string ImageHead(std::uint32_t options) {
+  return std::string(kImageVersion) + platform::Format("%02u", options);
+}
+
+std::optional<std::vector<ImageItem>> SplitImage(std::string_view image) {
+  std::vector<ImageItem> items;
+  for (std::size_t open = image.find('('); open != std::string_view::npos;) {
+    const std::size_t close = image.find(')', open);
+    if (close == std::string_view::npos) return std::nullopt;
+    const std::size_t next = image.find('(', close);
+    const std::size_t end = std::min(next, image.size());
+    items.push_back({BackslashesForStars(image.substr(open + 1, close - open - 1)),
+                     image.substr(close + 1, end - close - 1)});
+    open = next;
+  }
+  return items;
+}
+
+std::optional<ImageInstance> ImageInstances::Next() {
+  if (rest_.empty() || rest_.front() != '~') return std::nullopt;
+  const std::size_t nameEnd = rest_.find('~', 1);
+  if (nameEnd == std::string_view::npos) return std::nullopt;
+  const std::size_t dataEnd = std::min(rest_.find('~', nameEnd + 1), rest_.size());
+  const ImageInstance instance{rest_.substr(1, nameEnd - 1),
+                               rest_.substr(nameEnd + 1, dataEnd - nameEnd - 1)};
+  rest_ = rest_.substr(dataEnd);
+  return instance;
+}
+
+std::optional<std::string_view> EntryReader::Field() {
+  const std::size_t left = static_cast<std::size_t>(end_ - next_);
+  const auto* blank = left == 0 ? nullptr : static_cast<const char*>(std::memchr(next_, ' ', left));
+  if (!blank) return std::nullopt;
+  const std::string_view field(next_, static_cast<std::size_t>(blank - next_));
+  next_ = blank + 1;
+  return field;
+}
+
+std::string_view EntryReader::LastField(bool& ended) {
+  const std::optional<std::string_view> field = Field();
+  ended = !field;
+  if (field) return *field;
+  const std::string_view last = rest();
+  next_ = end_;
+  return last;
+}
+
+bool EntryReader::HasField() const { return rest().find(' ') != std::string_view::npos; }
+
+std::int32_t CountOfField(std::string_view field) {
+  std::size_t at = 0;
+  while (at < field.size() && field[at] == ' ') ++at;
+  const bool negative = at < field.size() && field[at] == '-';
+  if (negative || (at < field.size() && field[at] == '+')) ++at;
+  constexpr std::int64_t limit = std::int64_t{std::numeric_limits<std::int32_t>::max()} + 1;
+  std::int64_t value = 0;
+  for (; at < field.size() && field[at] >= '0' && field[at] <= '9' && value < limit; ++at) {
+    value = value * 10 + (field[at] - '0');
+  }
+  value = std::min(value, negative ? limit : limit - 1);
+  return static_cast<std::int32_t>(negative ? -value : value);
+}
+
+}  // namespace coverage

@@ -1,0 +1,105 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "qal/types.h"
+
+/// The text of a coverage image: version, options, then "(token)" and the data of each item. Plain functions
+/// on texts; nothing here looks at a window. Any thread.
+namespace coverage {
+
+inline constexpr std::string_view kImageVersion = "1.0";
+
+/// Comparison options, a bit set.
+inline constexpr std::uint32_t kImageAddress = 1;
+inline constexpr std::uint32_t kImageExecution = 2;
+inline constexpr std::uint32_t kImageTimes = 4;
+inline constexpr std::uint32_t kImagePass = 8;
+inline constexpr std::uint32_t kImageDefaults = kImageAddress | kImageExecution;
+
+/// Outcomes of a comparison beside 0.
+inline constexpr qal::Status kAddressMismatch = static_cast<qal::Status>(0x80040B01);
+inline constexpr qal::Status kExecutionMismatch = static_cast<qal::Status>(0x80040B02);
+inline constexpr qal::Status kTimesMismatch = static_cast<qal::Status>(0x80040B03);
+inline constexpr qal::Status kPassMismatch = static_cast<qal::Status>(0x80040B04);
+inline constexpr qal::Status kRangeNotFound = static_cast<qal::Status>(0x80040B05);
+inline constexpr qal::Status kImageCorrupted = static_cast<qal::Status>(0x80040B06);
+
+/// Name of an outcome as verifying gives it (comparing writes one of them with another capital); empty for 0.
+std::string_view OutcomeName(qal::Status outcome, bool comparing);
+
+/// An item token: "rng" or "src", then "-" while the item is only available or "+" once it is selected, then
+/// a range text or a path.
+inline constexpr std::size_t kTokenMark = 3;
+inline constexpr std::size_t kTokenBody = 4;
+bool IsSourceToken(std::string_view token);
+bool IsRangeToken(std::string_view token);
+bool IsSelectedToken(std::string_view token);
+std::string RangeToken(std::uint32_t start, std::uint32_t end, bool selected);
+std::string SourceToken(std::string_view sourceFile, bool selected);
+/// What people are shown of a token: behind its last backslash, or its body.
+std::string_view TokenLabel(std::string_view token);
+/// Images hold no backslashes: each is written as "*", and read back. Safe for double-byte characters.
+std::string StarsForBackslashes(std::string_view text);
+std::string BackslashesForStars(std::string_view text);
+
+/// What goes into an image, and how it is compared.
+struct ImageSelection {
+  std::uint32_t options = kImageDefaults;
+  std::vector<std::string> tokens;
+};
+/// Options and tokens of an image or selection text; an empty text gives the defaults. A "(" without its ")"
+/// ends the list, and `complete`, when given, is then false.
+ImageSelection ParseImageSelection(std::string_view text, bool* complete = nullptr);
+/// Version and options, the head of every image.
+std::string ImageHead(std::uint32_t options);
+
+struct ImageItem {
+  std::string token;
+  std::string_view data;  ///< into the image
+};
+/// None when a "(" has no ")" behind it.
+std::optional<std::vector<ImageItem>> SplitImage(std::string_view image);
+
+struct ImageInstance {
+  std::string_view name;  ///< function name, or "start end" of a range
+  std::string_view data;
+};
+/// Takes the instances off an item's data one by one; nothing where no "~name~" stands.
+class ImageInstances {
+ public:
+  explicit ImageInstances(std::string_view itemData) : rest_(itemData) {}
+  std::optional<ImageInstance> Next();
+
+ private:
+  std::string_view rest_;
+};
+
+/// Reads the fields of entries, each ended by a blank.
+class EntryReader {
+ public:
+  explicit EntryReader(std::string_view data) : next_(data.data()), end_(data.data() + data.size()) {}
+
+  /// The text up to the next blank; nothing, and no step, when there is none.
+  std::optional<std::string_view> Field();
+  /// The text up to the next blank or the end; `ended` says that it was the end.
+  std::string_view LastField(bool& ended);
+  bool HasField() const;
+  /// Everything not read yet.
+  std::string_view rest() const { return {next_, static_cast<std::size_t>(end_ - next_)}; }
+  void Skip(std::size_t bytes) { next_ += bytes; }
+
+ private:
+  const char* next_;
+  const char* end_;
+};
+
+/// Decimal number of a count field; as much of it as is one, within 32 signed bits.
+std::int32_t CountOfField(std::string_view field);
+
+}  // namespace coverage
