@@ -98,6 +98,7 @@ class PLATFORM_API TextReader {
 
  private:
   bool Fill();
+  bool ReadLongLine(std::string_view* line, std::size_t limit);
 
   std::unique_ptr<char[]> buffer_;
   std::size_t begin_ = 0;
@@ -106,6 +107,7 @@ class PLATFORM_API TextReader {
   int file_ = -1;
   bool lineEnded_ = false;
   bool atEnd_ = false;
+  std::string longLine_;
 };
 
 }  // namespace platform

@@ -50,7 +50,7 @@ class PLATFORM_API Module {
   qal::ModuleHandle handle_ = 0;
 };
 
-/// Export of a module by its handle, without holding it; null for handle 0.
+/// Export of a module that a Module holds, by its handle; null for 0 and for a handle that nobody holds.
 PLATFORM_API void* FindExport(qal::ModuleHandle module, const char* name);
 
 /// Product path of the file that `address` was loaded from; nothing when no module holds it.

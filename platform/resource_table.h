@@ -24,10 +24,11 @@ namespace control_style {
 inline constexpr std::uint32_t kDisabled = 1;
 inline constexpr std::uint32_t kHidden = 2;
 inline constexpr std::uint32_t kNoTabStop = 4;
-inline constexpr std::uint32_t kGroupStart =
-    8;  ///< first of a group of radio buttons that exclude each other
-inline constexpr std::uint32_t kPlaceholderArrow = 16;
-inline constexpr std::uint32_t kFileName = 32;  ///< edit that refuses the characters no file name may hold
+inline constexpr std::uint32_t kPlaceholderArrow = 8;  ///< offers placeholders; the text names its picture
+inline constexpr std::uint32_t kFileName = 16;  ///< edit that refuses the characters no file name may hold
+/// Radio buttons of one dialog with the same number, 1 to 15, exclude each other.
+inline constexpr std::uint32_t kRadioGroupShift = 8;
+constexpr std::uint32_t RadioGroup(std::uint32_t style) { return (style >> kRadioGroupShift) & 15; }
 }  // namespace control_style
 
 /// Places and sizes are in dialog units: a quarter of a character's width, an eighth of its height.
