@@ -1,0 +1,60 @@
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <string>
+
+#include "doubles/double.h"
+#include "qal/command.h"
+
+namespace doubles {
+
+/// Gathers what a command writes. Any thread; WaitForEnd waits for the end of output.
+class StubCommandOutput : public Double<qal::IQCommandOutput> {
+ public:
+  using Double::Double;
+
+  qal::Status WriteLine(qal::WideText line, qal::WideText second) override {
+    const std::lock_guard lock(mutex_);
+    text_ += platform::Narrow(line) + platform::Narrow(second);
+    return Log("output.WriteLine", line, second);
+  }
+  qal::Status EndOutput(qal::WideText text) override {
+    const std::lock_guard lock(mutex_);
+    ended_ = true;
+    changed_.notify_all();
+    return Log("output.EndOutput", text);
+  }
+
+  std::string Text() const {
+    const std::lock_guard lock(mutex_);
+    return text_;
+  }
+  /// All lines, once the output has ended; "(no end)" behind them when it does not within ten seconds.
+  std::string WaitForEnd() {
+    std::unique_lock lock(mutex_);
+    const bool ended = changed_.wait_for(lock, std::chrono::seconds(10), [this] { return ended_; });
+    return ended ? text_ : text_ + "(no end)";
+  }
+
+ private:
+  mutable std::mutex mutex_;
+  std::condition_variable changed_;
+  std::string text_;
+  bool ended_ = false;
+};
+
+class StubCommandRegistry : public Double<qal::IQCommandRegistry> {
+ public:
+  static constexpr qal::Guid kService = qal::iid::kCommandRegistry;
+  using Double::Double;
+  qal::Status AddCommand(qal::WideText name, qal::WideText syntax, std::uint32_t shortForm) override {
+    return Log("registry.AddCommand", name, syntax, shortForm);
+  }
+  qal::Status RemoveCommand(qal::WideText name, qal::WideText syntax) override {
+    return Log("registry.RemoveCommand", name, syntax);
+  }
+};
+
+}  // namespace doubles

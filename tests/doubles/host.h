@@ -1,0 +1,97 @@
+#pragma once
+
+#include <algorithm>
+#include <map>
+#include <utility>
+#include <vector>
+
+#include "doubles/double.h"
+#include "qal/host.h"
+
+namespace doubles {
+
+/// A host object that answers QueryInterface and GetService from one table, and writes down who registers
+/// what.
+class HostDouble : public Double<qal::IQHost> {
+ public:
+  using Double::Double;
+
+  /// Offers a double under its own service identifier, or anything under the one given.
+  template <class Service>
+  void Offer(Service& service) {
+    Offer(Service::kService, &service);
+  }
+  template <class Service>
+  void Offer(const qal::Guid& id, Service* service) {
+    if constexpr (requires { typename Service::Interface; }) {
+      table_[id] = static_cast<typename Service::Interface*>(service);
+    } else {
+      table_[id] = service;
+    }
+  }
+  void Withdraw(const qal::Guid& id) { table_.erase(id); }
+
+  /// Whoever is registered under the identifier now, in order.
+  template <class Interface = qal::IQUnknown>
+  std::vector<Interface*> Registered(const qal::Guid& id) const {
+    std::vector<Interface*> found;
+    for (const auto& [key, sink] : registered_) {
+      if (key == id) found.push_back(static_cast<Interface*>(sink));
+    }
+    return found;
+  }
+  /// How many registrations stand.
+  std::size_t RegistrationCount() const { return registered_.size(); }
+
+  /// Also writes each lookup down.
+  bool logLookups = false;
+
+  qal::Status QueryInterface(const qal::Guid* id, void** out) override {
+    return Find("host.QueryInterface", id, out);
+  }
+  qal::Status GetService(const qal::Guid* id, void** out) override {
+    return Find("host.GetService", id, out);
+  }
+  qal::Status Advise(const qal::Guid* id, qal::IQUnknown* sink) override {
+    registered_.emplace_back(*id, sink);
+    return Log("host.Advise", id);
+  }
+  qal::Status RegisterProvider(const qal::Guid* id, qal::IQUnknown* provider) override {
+    registered_.emplace_back(*id, provider);
+    return Log("host.RegisterProvider", id);
+  }
+  qal::Status Unadvise(const qal::Guid* id, qal::IQUnknown* sink) override {
+    Forget(id, sink);
+    return Log("host.Unadvise", id);
+  }
+  qal::Status UnregisterProvider(const qal::Guid* id, qal::IQUnknown* provider) override {
+    Forget(id, provider);
+    return Log("host.UnregisterProvider", id);
+  }
+
+ private:
+  qal::Status Find(const char* name, const qal::Guid* id, void** out) {
+    const auto found = table_.find(*id);
+    *out = found == table_.end() ? nullptr : found->second;
+    if (logLookups && qal::Failed(Log(name, id))) *out = nullptr;
+    return *out ? qal::kOk : qal::kNoInterface;
+  }
+  void Forget(const qal::Guid* id, qal::IQUnknown* sink) {
+    const auto at = std::find(registered_.begin(), registered_.end(), std::pair{*id, sink});
+    if (at != registered_.end()) registered_.erase(at);
+  }
+
+  std::map<qal::Guid, void*> table_;
+  std::vector<std::pair<qal::Guid, qal::IQUnknown*>> registered_;
+};
+
+class StubComponentRegistrar : public Double<qal::IQComponentRegistrar> {
+ public:
+  using Double::Double;
+  qal::Status RegisterComponent(qal::WideText name, std::uint32_t two, std::uint32_t one, std::uint32_t zero,
+                                const qal::Guid* classId) override {
+    return Log("registrar.RegisterComponent", name, two, one, zero, classId);
+  }
+};
+
+}  // namespace doubles
