@@ -1,0 +1,114 @@
+#include "commands/command.h"
+
+#include <exception>
+#include <memory>
+#include <utility>
+
+#include "platform/text.h"
+#include "platform/variant.h"
+#include "util/placeholder_resolver.h"
+#include "util/texts.h"
+
+namespace coverage {
+namespace {
+
+int commandCount = 0;
+std::unique_ptr<PlaceholderResolver> sharedPlaceholders;
+
+}  // namespace
+
+CCmd::CCmd(qal::IQHost* hostObject, std::uint32_t stripsFirstWord, std::string fullName,
+           const char* shortName, std::string prompt, std::string continuation)
+    : stripFirstWord(stripsFirstWord),
+      promptText(std::move(prompt)),
+      continuationText(std::move(continuation)),
+      host(hostObject) {
+  if (++commandCount == 1) sharedPlaceholders = std::make_unique<PlaceholderResolver>(host);
+  names.push_back(std::move(fullName));
+  if (shortName != nullptr) names.emplace_back(shortName);
+  if (host == nullptr) return;
+  host->Advise(&qal::iid::kCmdClient, this);
+  host->Advise(&qal::iid::kCmdClient2, this);
+  void* found = nullptr;
+  if (qal::Succeeded(host->GetService(&qal::iid::kExpression, &found))) {
+    expressionService = static_cast<qal::IQExpression*>(found);
+  }
+}
+
+CCmd::~CCmd() {
+  if (host != nullptr) {
+    host->Unadvise(&qal::iid::kCmdClient, this);
+    host->Unadvise(&qal::iid::kCmdClient2, this);
+  }
+  if (--commandCount == 0) sharedPlaceholders.reset();
+}
+
+PlaceholderResolver* CCmd::SharedPlaceholders() { return sharedPlaceholders.get(); }
+
+qal::Status CCmd::QueryInterface(const qal::Guid* iid, void** out) {
+  if (out == nullptr) return qal::kFail;
+  *out = nullptr;
+  if (iid == nullptr ||
+      (*iid != qal::iid::kUnknown && *iid != qal::iid::kCmdClient && *iid != qal::iid::kCmdClient2)) {
+    return qal::kNoInterface;
+  }
+  *out = static_cast<qal::IQCmdClient2*>(this);
+  return qal::kOk;
+}
+
+qal::Status CCmd::GetCommandNames(qal::VariantArray** list) {
+  if (list == nullptr) return qal::kFail;
+  *list = nullptr;
+  try {
+    *list = platform::NewTextArray(names);
+  } catch (const std::exception&) {
+  }
+  return *list != nullptr ? qal::kOk : qal::kFail;
+}
+
+qal::Status CCmd::GetCommandNamesEx(qal::VariantArray** list, std::int32_t* id) {
+  if (id != nullptr) *id = commandId;
+  return GetCommandNames(list);
+}
+
+qal::Status CCmd::ExecuteCommand(qal::WideText arguments, char16_t** result, char16_t** prompt,
+                                 qal::Flag* wantsMore, std::uint16_t* statusWord,
+                                 qal::IQCommandOutput* sink) {
+  qal::Status outcome = qal::kFail;
+  status = 0;
+  output = sink;
+  std::string text;
+  try {
+    const platform::ResourceScope scope(Resources());
+    std::string line = platform::Narrow(arguments);
+    if (moreInput != 0) {
+      outcome = ContinueCommand(line, text, moreInput);
+    } else {
+      if (stripFirstWord != 0) {
+        const std::size_t blank = line.find(' ');
+        line.erase(0, blank == std::string::npos ? blank : blank + 1);
+      }
+      outcome = DoCommand(line, text, moreInput);
+    }
+  } catch (const std::exception&) {
+    outcome = qal::kFail;
+  }
+  // What one line was given to is nothing to the next.
+  output = nullptr;
+  if (result != nullptr) *result = platform::NewWide(text);
+  if (prompt != nullptr) *prompt = platform::NewWide(moreInput != 0 ? promptText : std::string());
+  if (wantsMore != nullptr) *wantsMore = moreInput != 0 ? qal::kTrue : qal::kFalse;
+  if (statusWord != nullptr) *statusWord = status;
+  return outcome;
+}
+
+qal::Status CCmd::ContinueCommand(const std::string& line, std::string&, std::uint32_t& more) {
+  more = line != continuationText ? 1 : 0;
+  return qal::kOk;
+}
+
+void CCmd::WriteLine(const std::string& line) const {
+  if (output != nullptr) output->WriteLine(platform::Wide(line).get(), platform::Wide({}).get());
+}
+
+}  // namespace coverage

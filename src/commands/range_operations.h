@@ -1,0 +1,26 @@
+// Setting the current coverage range, as the command and the automation interface share it. UI thread only.
+#pragma once
+
+#include <cstdint>
+
+#include "commands/command_host.h"
+#include "qal/types.h"
+
+namespace coverage {
+
+struct AddressLimits {
+  std::uint32_t lowest = 0;
+  std::uint32_t highest = 0xFFFFFFFF;
+};
+
+/// The addresses that the target has; all of them without the address-limits service.
+AddressLimits LimitsOf(qal::IQHost* host);
+
+/// 0, or the automation status for what is wrong with the two addresses of a range.
+qal::Status CheckRange(std::uint32_t start, std::uint32_t end);
+
+/// Replaces the command windows and the current range by this one, which CheckRange accepted. False when the
+/// debugger refused it.
+bool ReplaceRange(CommandHost& view, std::uint32_t start, std::uint32_t end);
+
+}  // namespace coverage
