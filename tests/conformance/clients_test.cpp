@@ -1,0 +1,178 @@
+#include <gtest/gtest.h>
+
+#include "tiny_ide.h"
+
+// What the view registers with the IDE beside its commands: workspace, format view and test client.
+namespace stranger {
+namespace {
+
+void* const kKey = reinterpret_cast<void*>(4);
+
+struct Clients : testing::Test {
+  Clients() {
+    ide.Start(kKey);
+    workspace = ide.Registered("{453547D2-008B-44A3-BDF4-48B86CBCFB44}");
+    format = ide.Registered("{F4B80273-DE68-4433-B25A-774FB15B2676}");
+    test = ide.Registered("{7E75765A-6BE4-4EC5-99B1-DB0B95E0E40B}");
+    ide.TakeLog();
+  }
+  ~Clients() override { ide.Stop(kKey); }
+
+  TinyIde ide;
+  void* workspace = nullptr;
+  void* format = nullptr;
+  void* test = nullptr;
+};
+
+TEST_F(Clients, TheWorkspaceClientAnswersEveryNotification) {
+  ASSERT_NE(workspace, nullptr);
+  EXPECT_EQ(workspace, ide.Registered("{56836F34-D734-11D4-BE83-00C04F794B59}"));
+  for (int slot = 3; slot <= 48; ++slot) {
+    std::uint32_t value[4] = {};
+    if (slot == 44 || slot == 48) continue;  // these two take texts
+    EXPECT_EQ(Call(workspace, slot, &value[0], &value[1], &value[2], &value[3]), kOk) << slot;
+  }
+  std::uint32_t value = 5;
+  const std::uintptr_t none = 0;
+  EXPECT_EQ(Call(workspace, 49, none, none, none, &value), kOk);
+  EXPECT_EQ(value, 0u);
+}
+
+TEST_F(Clients, ASessionIsOpenedAndSaved) {
+  const In a("a"), b("b"), c("c"), d("d");
+  EXPECT_EQ(Call(workspace, 44, a.get(), b.get(), c.get(), d.get()), kOk);
+  EXPECT_EQ(ide.TakeLog("data"), "data opened\ndata closed\n");
+  Call(workspace, 44, a.get(), b.get(), c.get(), d.get());
+  EXPECT_EQ(ide.TakeLog("project"), "project text a b d\n");
+  EXPECT_EQ(Call(workspace, 48, a.get(), b.get(), c.get()), kOk);
+  EXPECT_EQ(ide.TakeLog("data"), "data opened\ndata closed\n");
+  EXPECT_EQ(ide.sessionNumbers,
+            (std::map<std::string, std::uint32_t>{
+                {"CoverageCtrlViews", 0}, {"CoverageCtrlViewsFromDiffFile", 0}, {"CoverageFileName", 0}}));
+  EXPECT_EQ(ide.sessionTexts, (std::map<std::string, std::string>{{"JepCov_Cov_SL", ""},
+                                                                  {"JepCov_Open_End", ""},
+                                                                  {"JepCov_Open_Start", ""},
+                                                                  {"JepCov_Src_Open", ""}}));
+  ide.active = false;
+  EXPECT_EQ(Call(workspace, 48, a.get(), b.get(), c.get()), kOk);
+  EXPECT_EQ(ide.TakeLog("data"), "") << "another session is saved";
+}
+
+TEST_F(Clients, TheViewAnswersWithItsWorkspaceClient) {
+  const struct {
+    const char* id;
+    bool known;
+  } rows[] = {{"{00000000-0000-0000-C000-000000000046}", true},
+              {"{56836F34-D734-11D4-BE83-00C04F794B59}", true},
+              {"{453547D2-008B-44A3-BDF4-48B86CBCFB44}", true},
+              {"{F4B80273-DE68-4433-B25A-774FB15B2676}", false},
+              {"{F522876D-2102-4D08-BF62-3DC10C23575B}", false}};
+  for (void* from : {workspace, format, ide.Registered("{034370CE-79FB-470B-A6E7-2A0BFEAA4C58}")}) {
+    for (const auto& row : rows) {
+      const Id id = MakeId(row.id);
+      void* out = &out;
+      EXPECT_EQ(Call(from, 0, &id, &out), row.known ? kOk : kNoInterface) << row.id;
+      EXPECT_EQ(out, row.known ? workspace : nullptr) << row.id;
+    }
+    EXPECT_EQ(Call<std::uint32_t>(from, 1), 1u);
+    EXPECT_EQ(Call<std::uint32_t>(from, 2), 0u);
+  }
+}
+
+TEST_F(Clients, TheFormatViewGivesAndTakesFontAndColours) {
+  Out face;
+  std::uint32_t size = 0;
+  EXPECT_EQ(Call(format, 8, face.put(), &size), kOk);
+  EXPECT_EQ(face.str() + " " + std::to_string(size), "Courier New 11");
+
+  const In text("Text"), selected("Selected Text"), lower("text");
+  std::uint32_t fore = 0, back = 0;
+  EXPECT_EQ(Call(format, 15, text.get(), &fore, &back), kOk);
+  EXPECT_EQ(fore * 100 + back, 1717u);
+  EXPECT_EQ(Call(format, 15, selected.get(), &fore, &back), kOk);
+  EXPECT_EQ(fore * 100 + back, 1818u);
+  fore = back = 77;
+  EXPECT_EQ(Call(format, 15, lower.get(), &fore, &back), kOk);
+  EXPECT_EQ(fore * 100 + back, 7777u);
+
+  EXPECT_EQ(Call(format, 12, std::uint32_t{3}, std::uint32_t{4}), kOk);
+  EXPECT_EQ(Call(format, 15, text.get(), &fore, &back), kOk);
+  EXPECT_EQ(fore * 100 + back, 304u);
+  EXPECT_EQ(Call(format, 9, lower.get(), std::uint32_t{1}, std::uint32_t{2}), kOk);
+  fore = back = 77;
+  EXPECT_EQ(Call(format, 7, &fore, &back), kOk);
+  EXPECT_EQ(fore * 100 + back, 7777u) << "the current category is none of the two";
+
+  Value categories;
+  EXPECT_EQ(Call(format, 6, &categories), kOk);
+  EXPECT_EQ(categories.tag, 0x2008);
+  auto* list = static_cast<ValueArray*>(categories.pointer);
+  ASSERT_EQ(list->count, 1u);
+  EXPECT_EQ(Read(static_cast<char16_t*>(list->elements[0].pointer)), "Text");
+  FreeArray(list);
+  EXPECT_EQ(Call(format, 4), kOk);
+  EXPECT_EQ(Call(format, 5, std::uintptr_t{1}), kOk);
+  EXPECT_EQ(Call(format, 14), kOk);
+}
+
+TEST_F(Clients, TheTestClientDescribesItself) {
+  Out name, version;
+  Id client;
+  void* component = nullptr;
+  std::uint32_t number = 0;
+  EXPECT_EQ(Call(test, 3, name.put(), &client, &component, &number, version.put()), kOk);
+  EXPECT_EQ(name.str() + " " + std::to_string(number) + " " + version.str(), "Coverage 17 1.0");
+  EXPECT_TRUE(client == MakeId("{344B5690-6D1E-11DA-8CD6-0800200C9A66}"));
+  EXPECT_EQ(component, ide.QueryInterface2(kKey, "{417F1D27-B5E8-498F-9CDC-19F84900B111}"));
+
+  void* names = nullptr;
+  void* context = nullptr;
+  const Id namesId = MakeId("{06BC04ED-EF77-4D34-877E-B23BC5F0774F}");
+  const Id contextId = MakeId("{703C74EA-9CFB-4045-AB43-083596F2B5DA}");
+  ASSERT_EQ(Call(test, 0, &namesId, &names), kOk);
+  ASSERT_EQ(Call(names, 0, &contextId, &context), kOk);
+  Out display, clientName, contextText, none;
+  EXPECT_EQ(Call(names, 3, display.put()), kOk);
+  EXPECT_EQ(Call(names, 4, clientName.put()), kOk);
+  EXPECT_EQ(display.str() + ", " + clientName.str(), "Coverage test client, TectClientCoverage");
+  EXPECT_EQ(Call(names, 5, std::uintptr_t{0}), 1);
+  EXPECT_EQ(Call(names, 6, std::uintptr_t{0}, std::uintptr_t{0}), 1);
+  EXPECT_EQ(Call(context, 3, contextText.put()), kOk);
+  EXPECT_EQ(contextText.str(), "context");
+  EXPECT_EQ(Call(context, 4), kOk);
+  ide.TakeAway("project");
+  EXPECT_EQ(Call(context, 3, none.put()), kFailure);
+}
+
+TEST_F(Clients, TheTestClientKeepsASelection) {
+  Out before, copy, unknown;
+  EXPECT_EQ(Call(test, 11, before.put()), kOk);
+  EXPECT_EQ(before.str(), "1.003");
+  std::int16_t flag = 9;
+  const In empty(""), open("1.003(Range"), text("any text");
+  EXPECT_EQ(Call(test, 5, empty.get(), &flag), kOk);
+  EXPECT_EQ(flag, 9);
+  EXPECT_EQ(Call(test, 5, open.get(), &flag), kOk);
+  EXPECT_EQ(flag, 9) << "a bracket is open";
+  EXPECT_EQ(Call(test, 9, text.get(), std::uint32_t{1}, copy.put()), kOk);
+  EXPECT_EQ(copy.str(), "any text");
+  EXPECT_EQ(Call(test, 9, text.get(), std::uint32_t{64}, unknown.put()), 1);
+  EXPECT_EQ(Call(test, 9, empty.get(), std::uint32_t{1}, unknown.put()), 1);
+  EXPECT_FALSE(unknown.given());
+  const std::uintptr_t none = 0;
+  EXPECT_EQ(Call(test, 13, none, none), 1);
+  EXPECT_EQ(Call(test, 16, open.get()), kOk);
+}
+
+TEST_F(Clients, AMalformedImageIsReportedAsSuch) {
+  const In malformed("1.003(Range");
+  Out resultName, messages;
+  std::uint32_t runStatus = 0;
+  EXPECT_EQ(Call(test, 6, malformed.get(), resultName.put(), messages.put(), &runStatus), 1);
+  EXPECT_EQ(runStatus, 2u);
+  EXPECT_FALSE(resultName.given());
+  EXPECT_FALSE(messages.given());
+}
+
+}  // namespace
+}  // namespace stranger

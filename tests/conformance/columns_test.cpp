@@ -1,0 +1,180 @@
+#include <gtest/gtest.h>
+
+#include "tiny_ide.h"
+
+// The editors' side of the two coverage columns.
+namespace stranger {
+namespace {
+
+constexpr std::uint32_t kSource = 0;
+constexpr std::uint32_t kAsm = 1;
+void* const kKey = reinterpret_cast<void*>(3);
+
+struct Columns : testing::Test {
+  void Start() {
+    ide.Start(kKey);
+    client = ide.QueryInterface2(kKey, "{EFC5B7E3-AB99-4175-B2F4-DC7681A620A8}");
+    ide.TakeLog();
+  }
+  ~Columns() override { ide.Stop(kKey); }
+
+  TinyIde ide;
+  void* client = nullptr;
+  In file{"\\SRC\\Main.c"};
+};
+
+TEST_F(Columns, ColumnsThatAreThereAlreadyAreTakenOver) {
+  ide.columns = {{"QALCoverageColumnKey", 21}, {"QALCoverageAsmColumnKey", 22}};
+  ide.columnStates = {{21, 4}};
+  ide.Start(kKey);
+  const std::string log = ide.TakeLog();
+  EXPECT_EQ(log.find("RegisterColumn"), std::string::npos);
+  EXPECT_NE(log.find("AttachClient 21\nSetState all 21 4\nShowColumn 21\nAttachClient 22\nSetState all 22 "
+                     "1\nShowColumn 22\n"),
+            std::string::npos)
+      << log;
+}
+
+TEST_F(Columns, FilesAreAnnouncedAndForgotten) {
+  Start();
+  const struct {
+    int slot;
+    std::uint32_t column;
+    const char* log;
+  } rows[] = {
+      {3, kSource, "AddFile \\src\\main.c 11 1 1\n"},
+      {3, kAsm, "AddFile \\SRC\\Main.c 12 1 1\n"},
+      {3, 2, ""},
+      {4, kAsm, ""},
+      {4, 2, ""},
+      {4, kSource, "RemoveFile \\src\\main.c 11\n"},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(Call(client, row.slot, file.get(), row.column), kOk) << row.slot << ' ' << row.column;
+    EXPECT_EQ(ide.TakeLog(), row.log) << row.slot << ' ' << row.column;
+  }
+}
+
+TEST_F(Columns, EditsRefreshTheLinesBehindThem) {
+  Start();
+  const struct {
+    int slot;
+    std::uint32_t column;
+    const char* log;
+  } rows[] = {
+      {5, kSource, "RefreshLines \\src\\main.c 11 1 -1\n"},
+      {5, kAsm, "RefreshLines \\src\\main.c 12 1 -1\n"},
+      {5, 2, ""},
+      {6, kSource, "RefreshLines \\src\\main.c 11 5 -1\n"},
+      {6, kAsm, "RefreshLines \\src\\main.c 12 5 -1\n"},
+      {7, kSource, "RefreshLines \\src\\main.c 11 5 -1\n"},
+      {7, 2, ""},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(Call(client, row.slot, file.get(), row.column, std::uint32_t{5}, std::uint32_t{2}), kOk);
+    EXPECT_EQ(ide.TakeLog(), row.log) << row.slot << ' ' << row.column;
+  }
+}
+
+TEST_F(Columns, AStateForEveryFileReachesTheOpenOnesAndTheFrame) {
+  Start();
+  Call(client, 3, file.get(), kSource);
+  Call(client, 3, file.get(), kSource);
+  ide.TakeLog();
+  EXPECT_EQ(Call(client, 9, kSource, std::uint32_t{3}), kOk);
+  EXPECT_EQ(ide.TakeLog(), "SetState all 11 3\nRefreshFile \\src\\main.c 11 1 -1\n");
+  EXPECT_EQ(ide.columnStates[11], 3u);
+  EXPECT_EQ(Call(client, 10, file.get(), kSource, std::uint32_t{2}), kOk);
+  EXPECT_EQ(Call(client, 11, kAsm, std::uint32_t{2}), kOk);
+  EXPECT_EQ(Call(client, 12, file.get(), kAsm, std::uint32_t{5}), kOk);
+  EXPECT_EQ(ide.TakeLog(), "SetState \\src\\main.c 11 2\nSetMode all 12 2\nSetMode \\src\\main.c 12 5\n");
+  EXPECT_EQ(Call(client, 9, std::uint32_t{7}, std::uint32_t{3}), kOk);
+  EXPECT_EQ(ide.TakeLog(), "") << "no column has the id 7";
+}
+
+TEST_F(Columns, PicturesBelongToTheDisassembly) {
+  Start();
+  const struct {
+    std::int32_t index;
+    std::uint32_t column;
+    Result result;
+    bool picture;
+  } rows[] = {{1, kAsm, kOk, true},   {3, kAsm, kOk, true},       {0, kAsm, kOk, false},
+              {-1, kAsm, kOk, false}, {4, kAsm, kFailure, false}, {1, kSource, kFailure, false},
+              {1, 2, kFailure, false}};
+  for (const auto& row : rows) {
+    Value image, mask;
+    std::uint32_t size = 4711;
+    EXPECT_EQ(Call(client, 13, row.index, std::uint32_t{2}, row.column, &image, &mask, &size), row.result)
+        << row.index;
+    if (row.column != kAsm) {
+      EXPECT_EQ(size, 4711u) << "left as it was";
+      continue;
+    }
+    EXPECT_EQ(size > 0, row.picture) << row.index;
+    EXPECT_LE(size, 1024u);
+    for (Value* value : {&image, &mask}) {
+      if (value->tag != 0x2011) continue;
+      auto* bytes = static_cast<ValueArray*>(value->pointer);
+      if (row.picture && value == &image) {
+        EXPECT_EQ(bytes->count, size);
+      }
+      FreeArray(bytes);
+    }
+  }
+}
+
+TEST_F(Columns, LinesOfNoWindowHaveNoMark) {
+  Start();
+  for (const std::uint32_t column : {kSource, kAsm, std::uint32_t{2}}) {
+    std::uint32_t mask = 0;
+    EXPECT_EQ(Call(client, 14, std::uint32_t{1}, file.get(), column, &mask), kFailure) << column;
+    Out text;
+    std::int32_t width = 99;
+    EXPECT_EQ(Call(client, 16, text.put(), &width, file.get(), column, std::uint32_t{1}), 1) << column;
+    EXPECT_EQ(text.str(), "");
+    EXPECT_EQ(width, column == 2 ? 0 : -1) << column;
+  }
+}
+
+TEST_F(Columns, TitlesGoByHandle) {
+  Start();
+  const struct {
+    std::uint32_t handle;
+    const char* title;
+  } rows[] = {{11, "Coverage"}, {12, "Coverage - ASM"}, {0, ""}};
+  for (const auto& row : rows) {
+    Out title;
+    EXPECT_EQ(Call(client, 17, &row.handle, title.put(), std::uintptr_t{0}), kOk);
+    EXPECT_EQ(title.str(), row.title);
+  }
+  std::uint32_t a = 9, b = 9;
+  const std::uintptr_t none = 0;
+  EXPECT_EQ(Call(client, 15, &a, &b, none, none, none), 1);
+  EXPECT_EQ(a, 0u);
+  EXPECT_EQ(b, 4u);
+  EXPECT_EQ(Call(client, 8, none, none, none, none, none, none, none), kFailure);
+}
+
+TEST_F(Columns, NothingHappensWhileAnotherSessionIsCurrent) {
+  Start();
+  ide.active = false;
+  Call(client, 3, file.get(), kSource);
+  EXPECT_EQ(Call(client, 3, file.get(), kSource), kFailure);
+  EXPECT_EQ(Call(client, 4, file.get(), std::uint32_t{2}), kFailure);
+  EXPECT_EQ(Call(client, 5, file.get(), kSource, std::uint32_t{1}, std::uint32_t{1}), kFailure);
+  EXPECT_EQ(Call(client, 9, kSource, std::uint32_t{1}), kFailure);
+  EXPECT_EQ(Call(client, 12, file.get(), kSource, std::uint32_t{1}), kFailure);
+  const std::uint32_t handle = 11;
+  Out title, text;
+  std::int32_t width = 5;
+  EXPECT_EQ(Call(client, 16, text.put(), &width, file.get(), kSource, std::uint32_t{1}), kFailure);
+  EXPECT_EQ(Call(client, 17, &handle, title.put(), std::uintptr_t{0}), kOk);
+  EXPECT_FALSE(title.given());
+  ide.TakeAway("session");
+  EXPECT_EQ(Call(client, 3, file.get(), kSource), kFailure);
+  EXPECT_EQ(ide.TakeLog(), "");
+}
+
+}  // namespace
+}  // namespace stranger

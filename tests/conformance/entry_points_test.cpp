@@ -1,0 +1,119 @@
+#include <gtest/gtest.h>
+
+#include "tiny_ide.h"
+
+// The five exports and the instance registry behind them.
+namespace stranger {
+namespace {
+
+constexpr char kComponent[] = "{A8495747-DE13-11D3-8AF5-00AA0026624A}";
+
+void* Key(std::uintptr_t value) { return reinterpret_cast<void*>(value); }
+
+TEST(EntryPoints, OrdinalsNameTheSameFunctions) {
+  struct Ordinal {
+    std::uint32_t ordinal;
+    const char* name;
+    void* address;
+  };
+  TinyIde ide;
+  const auto* table = static_cast<const Ordinal*>(ide.Export("QalExportOrdinals"));
+  ASSERT_NE(table, nullptr);
+  const char* names[] = {"LibraryRegister2", "QueryInterface2", "CreateInstance", "DestroyInstance",
+                         "GetComponentVersion"};
+  for (std::uint32_t i = 0; i < 5; ++i) {
+    EXPECT_EQ(table[i].ordinal, i + 1);
+    EXPECT_STREQ(table[i].name, names[i]);
+    EXPECT_EQ(table[i].address, ide.Export(names[i]));
+    EXPECT_NE(table[i].address, nullptr);
+  }
+  EXPECT_EQ(table[5].ordinal, 0u);
+}
+
+TEST(EntryPoints, TheVersionNeedsNoInstance) {
+  TinyIde ide;
+  std::uint32_t major = 9, minor = 9;
+  const auto version =
+      reinterpret_cast<Result (*)(std::uint32_t*, std::uint32_t*)>(ide.Export("GetComponentVersion"));
+  EXPECT_EQ(version(&major, &minor), kOk);
+  EXPECT_EQ(major, 1u);
+  EXPECT_EQ(minor, 0u);
+}
+
+TEST(EntryPoints, RegistrationSucceedsWhateverTheRegistrarAnswers) {
+  for (const Result answer : {kOk, kFailure}) {
+    TinyIde ide;
+    static Result registrarAnswer;
+    registrarAnswer = answer;
+    Object registrar;
+    registrar.Set(
+        25, +[](void*, const char16_t* name, std::uint32_t a, std::uint32_t b, std::uint32_t c,
+                const Id* classId) {
+          const bool ours = *classId == MakeId("{BBE21080-34D9-11D5-B7CE-00E029352378}");
+          TinyIde::Current().Note(Read(name) + " " + std::to_string(a) + " " + std::to_string(b) + " " +
+                                  std::to_string(c) + (ours ? " ours" : ""));
+          return registrarAnswer;
+        });
+    EXPECT_EQ(ide.LibraryRegister2(&registrar), kOk);
+    EXPECT_EQ(ide.TakeLog(), "Generic JEP Coverage 2 1 0 ours\n");
+  }
+}
+
+TEST(EntryPoints, AnInstanceAnswersUntilItIsDestroyed) {
+  TinyIde ide;
+  Result status = 0;
+  EXPECT_EQ(ide.QueryInterface2(Key(1), kComponent, &status), nullptr);
+  EXPECT_EQ(status, kNoInterface);
+  EXPECT_EQ(ide.CreateInstance(Key(1)), kOk);
+  EXPECT_EQ(ide.CreateInstance(nullptr), kOk) << "any value is a key";
+  void* first = ide.QueryInterface2(Key(1), kComponent, &status);
+  EXPECT_NE(first, nullptr);
+  EXPECT_EQ(status, kOk);
+  EXPECT_NE(ide.QueryInterface2(nullptr, kComponent), first);
+  EXPECT_EQ(ide.QueryInterface2(Key(1), "{01234567-89AB-CDEF-0123-456789ABCDEF}", &status), nullptr);
+  EXPECT_EQ(status, kNoInterface);
+
+  EXPECT_EQ(ide.DestroyInstance(Key(1)), kOk);
+  EXPECT_EQ(ide.QueryInterface2(Key(1), kComponent, &status), nullptr);
+  EXPECT_EQ(status, kNoInterface);
+  EXPECT_NE(ide.QueryInterface2(nullptr, kComponent, &status), nullptr) << "the other one is left alone";
+  EXPECT_EQ(ide.DestroyInstance(Key(1)), kOk) << "nothing is left to destroy";
+  EXPECT_EQ(ide.DestroyInstance(nullptr), kOk);
+}
+
+TEST(EntryPoints, EachInterfaceOfTheComponentAnswersTheSameTable) {
+  TinyIde ide;
+  ide.CreateInstance(Key(1));
+  const struct {
+    const char* asked;
+    const char* same;  // the identifier of the interface that it answers with
+  } rows[] = {
+      {"{00000000-0000-0000-C000-000000000046}", "{A8495740-DE13-11D3-8AF5-00AA0026624A}"},
+      {"{90EFE761-0B7C-11D6-8BC2-0004E2013C71}", "{A8495740-DE13-11D3-8AF5-00AA0026624A}"},
+      {"{BBE21080-34D9-11D5-B7CE-00E029352378}", kComponent},
+      {"{EFC5B7E3-AB99-4175-B2F4-DC7681A620A8}", "{EFC5B7E3-AB99-4175-B2F4-DC7681A620A8}"},
+      {"{417F1D27-B5E8-498F-9CDC-19F84900B111}", "{417F1D27-B5E8-498F-9CDC-19F84900B111}"},
+  };
+  for (const auto& from : rows) {
+    void* object = ide.QueryInterface2(Key(1), from.asked);
+    ASSERT_NE(object, nullptr) << from.asked;
+    EXPECT_EQ(Call<std::uint32_t>(object, 1), 1u) << "references are not counted";
+    EXPECT_EQ(Call<std::uint32_t>(object, 2), 0u);
+    for (const auto& row : rows) {
+      const Id asked = MakeId(row.asked);
+      void* answer = nullptr;
+      EXPECT_EQ(Call(object, 0, &asked, &answer), kOk) << from.asked << row.asked;
+      EXPECT_EQ(answer, ide.QueryInterface2(Key(1), row.same)) << from.asked << row.asked;
+    }
+    const Id other = MakeId("{7E75765A-6BE4-4EC5-99B1-DB0B95E0E40B}");
+    void* answer = &answer;
+    EXPECT_EQ(Call(object, 0, &other, &answer), kNoInterface);
+    EXPECT_EQ(answer, nullptr);
+  }
+  EXPECT_EQ(Call(ide.QueryInterface2(Key(1), "{A8495740-DE13-11D3-8AF5-00AA0026624A}"), 3, std::uintptr_t{5}),
+            kOk);
+  ide.DestroyInstance(Key(1));
+}
+
+}  // namespace
+}  // namespace stranger
