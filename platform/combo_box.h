@@ -49,6 +49,7 @@ class PLATFORM_API ComboBox : public Control {
 
  private:
   void ShowItem(int index);
+  void Changed();
 
   std::vector<std::string> items_;
   TextLine line_;

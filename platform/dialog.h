@@ -89,6 +89,10 @@ class PLATFORM_API Dialog : public Window {
 
  private:
   void BuildControls(const DialogTemplate& resource);
+  void FocusFirst();
+  void FocusNext(bool forward);
+  Button* DefaultButton() const;
+  void OnDestroyed() override;
 
   std::uint32_t templateId_;
   const DialogTemplate* template_ = nullptr;

@@ -26,8 +26,8 @@ struct FileDialogRequest {
 };
 
 /// Asks the presenter. A relative answer is put below the request's directory; a name without an extension
-/// gets the default one. Saving over a file that exists asks first when kOverwritePrompt is set (OK box, then
-/// the person is asked again). Nothing when the person cancels, or there is no presenter.
+/// gets the default one. Saving over a file that exists asks yes or no when kOverwritePrompt is set; no asks
+/// for another file. Nothing when the person cancels, or there is no presenter.
 PLATFORM_API std::optional<std::string> AskForFile(const FileDialogRequest& request);
 
 /// Names and patterns of a filter text; a name without a pattern is left out.

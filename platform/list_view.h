@@ -77,7 +77,7 @@ class PLATFORM_API ListView : public Control {
 
   // Columns. An index outside the columns changes nothing and gives -1, 0 or an empty text.
 
-  /// Index of the new column. Cells move with their columns only when the list is empty there.
+  /// Index of the new column, -1 for a negative one. The cells behind it move with their columns.
   int InsertColumn(int index, std::string_view heading, ColumnFormat format, int width, int subItem = -1);
   bool DeleteColumn(int index);
   int ColumnCount() const { return header_.ItemCount(); }
@@ -135,7 +135,7 @@ class PLATFORM_API ListView : public Control {
   bool Scroll(int lines);
   /// Scrolls as little as needed to show the whole row.
   bool EnsureVisible(int row);
-  /// Position that the scroll bar is dragged to while a thumb message is handled.
+  /// Row that the scroll bar is dragged to while a thumb message is handled, else -1.
   int TrackPosition() const { return track_; }
 
   // Places, in the list's client area. The horizontal offset is always 0.
@@ -185,15 +185,22 @@ class PLATFORM_API ListView : public Control {
   bool OwnerDrawn() const { return (Style() & list_style::kOwnerDrawFixed) != 0; }
 
  private:
-  bool MoveBy(std::uint32_t virtualKey);
-  void ScrollByCode(std::uint16_t code);
-  bool SetTop(int row);
-  /// Selects and focuses; false when the list is gone afterwards.
-  bool MoveSelection(int row);
+  const Column* ColumnOf(int index) const;
+  void LayOutHeader();
+  /// Brings selection, focus and top row back inside the rows.
+  void RowsGone();
+  void TellItemChanged(int row);
   int MaxTop() const;
+  bool SetTop(int row);
+  void ScrollByCode(const Message& message);
+  void OnKeyDown(std::uint32_t virtualKey);
+  void MoveBy(std::uint32_t virtualKey);
+  /// Focus to the list, selection and focus row to the row; false when the list is gone afterwards.
+  bool PressOn(int row);
+  bool MoveSelection(int row);
+
   void TouchRows(int first, int last, bool count);
   void Touch(bool ListChanges::*what);
-  void LayOutHeader();
   void MarkDirty();
 
   HeaderControl header_;
@@ -202,7 +209,7 @@ class PLATFORM_API ListView : public Control {
   int focusRow_ = -1;
   int mark_ = -1;
   int top_ = 0;
-  int track_ = 0;
+  int track_ = -1;
   std::uint32_t imageBitmap_ = 0;
   ListChanges changes_;
   bool dirty_ = false;

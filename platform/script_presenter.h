@@ -22,8 +22,9 @@ PLATFORM_API std::optional<std::string> ActOnList(ListView& list, std::string_vi
 /// The words for dialogs: type ID TEXT, choose ID TEXT, check ID on|off, click ID, focus ID, key NAME, close;
 /// and those for lists, which act on the focused list, or with `list ID` in front on that one.
 PLATFORM_API std::optional<std::string> ActOnDialog(Dialog& dialog, std::string_view line);
-/// Whether ActOnList knows the word.
+/// Whether ActOnList knows the word; whether it means something while anything is open.
 PLATFORM_API bool IsListWord(std::string_view word);
+PLATFORM_API bool IsDialogWord(std::string_view word);
 /// A key by name: enter, escape, tab, up, down, page-up, page-down, home, end, left, right, delete,
 /// backspace, space, f1 to f12, or one letter or digit; "ctrl+", "shift+" and "alt+" may stand in front.
 struct NamedKey {
@@ -45,7 +46,7 @@ class PLATFORM_API ScriptPresenter : public Presenter {
 
   ScriptPresenter(LineSource next, Output output) : next_(std::move(next)), output_(std::move(output)) {}
 
-  /// Sees lines that no word here knows, before they are an error; true when it took one.
+  /// Gets the lines that begin with no word for dialogs, before they are an error; true when it took one.
   void SetFallback(std::function<bool(std::string_view)> fallback) { fallback_ = std::move(fallback); }
   /// Prints what opens, when it opens. At start on.
   void SetAnnounce(bool on) { announce_ = on; }
@@ -61,8 +62,9 @@ class PLATFORM_API ScriptPresenter : public Presenter {
   std::optional<std::uint32_t> ChooseFromMenu(const Menu& menu, Point at, Window& owner) override;
 
  private:
-  /// Next line for what is open; prints `picture` for "dialog" lines and hands others to the fallback.
-  std::optional<std::string> NextLine(const std::function<std::string()>& picture, std::string_view ownWord);
+  /// Next line for what is open; prints `picture` for "dialog" and offers the line to the fallback. Empty
+  /// after a wait.
+  std::optional<std::string> NextLine(const std::function<std::string()>& picture);
   void Print(std::string_view text);
   void Fail(std::string_view reason);
 

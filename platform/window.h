@@ -65,7 +65,8 @@ class PLATFORM_API Window {
   const std::string& Text() const { return text_; }
   virtual void SetText(std::string_view text);
 
-  /// The window's own flag; IsShown says whether its parents are visible, too.
+  /// The window's own flag; IsShown says whether its parents are visible, too. A window without kChild only
+  /// belongs to its parent (dialogs do): whether that is visible or enabled does not matter to it.
   bool IsVisible() const { return visible_; }
   bool IsShown() const;
   void Show(bool visible);
@@ -118,6 +119,11 @@ class PLATFORM_API Window {
 
  private:
   friend class Desktop;
+
+  bool IsChild() const { return (style_ & window_style::kChild) != 0; }
+  bool IsEnabledThroughout() const;
+  void LoseFocus();
+  void Unlink();
 
   WindowHandle handle_ = 0;
   Window* parent_ = nullptr;

@@ -1,0 +1,16 @@
+#include "platform/presenter.h"
+
+#include "platform/desktop.h"
+
+namespace platform {
+
+Presenter* InstallPresenter(Presenter* presenter) {
+  Presenter* before = Desktop::Get().presenter;
+  Desktop::Get().presenter = presenter;
+  InstallMessageBoxPresenter(presenter);
+  return before;
+}
+
+Presenter* CurrentPresenter() { return Desktop::Get().presenter; }
+
+}  // namespace platform
