@@ -34,7 +34,8 @@ struct IQTargetInformation : Reserve<IQUnknown, 3, 3> {
   /// Decodes the instruction at the first of `count` (32) bytes. A length of 0 counts as a failure.
   virtual Status Disassemble(std::uint32_t count, const std::uint8_t* bytes, std::uint32_t address,
                              InstructionRecord* out) = 0;  // slot 4
-  /// Access width for ReadMemory, and an offset that is not used.
+  /// Alignment of instructions, which is the access width for ReadMemory too, and how far before an aligned
+  /// start they are walked from. An alignment of 0 is no answer.
   virtual Status GetAlignment(std::uint16_t* alignment, std::uint16_t* offset) = 0;  // slot 5
 };
 

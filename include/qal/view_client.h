@@ -41,7 +41,7 @@ struct IQFormatViewClient2 : IQUnknown {
   virtual Status GetFormatName(char16_t** name) = 0;  // slot 3
   virtual Status Reserved4() = 0;                     // slot 4: answers 0
   virtual Status Reserved5(std::uintptr_t a) = 0;     // slot 5: answers 0
-  /// A variant tagged kVariantTextArray; the receiver clears it.
+  /// A variant of texts (kVariantTextArray); the receiver clears it.
   virtual Status GetCategories(Variant* categories) = 0;                                       // slot 6
   virtual Status GetCurrentColours(std::uint32_t* foreground, std::uint32_t* background) = 0;  // slot 7
   /// 1 and nothing set when there is no font.
@@ -70,16 +70,5 @@ struct ICoverageAutomation : IQUnknown {
   virtual Status Load(WideText path) = 0;                                 // slot 9
   virtual Status Save(WideText path) = 0;                                 // slot 10
 };
-
-/// What the component answers its automation with.
-namespace automation {
-inline constexpr Status kNoRange = static_cast<Status>(0x80040A01u);
-inline constexpr Status kOutsideLimits = static_cast<Status>(0x80040A02u);
-inline constexpr Status kStartAboveEnd = static_cast<Status>(0x80040A03u);
-inline constexpr Status kStartIsEnd = static_cast<Status>(0x80040A04u);
-inline constexpr Status kTooLarge = static_cast<Status>(0x80040A05u);
-inline constexpr Status kOddStart = static_cast<Status>(0x80040A06u);
-inline constexpr Status kRefused = static_cast<Status>(0x80040A07u);
-}  // namespace automation
 
 }  // namespace qal
