@@ -62,8 +62,8 @@ std::vector<std::string_view> Names(std::string_view path) {
   return names;
 }
 
-/// The name in a directory that differs from `name` in case only; the first in byte order when there are
-/// several.
+/// The name in a directory that is `name`, else one that differs from it in case only: the first in byte
+/// order.
 std::string FindNoCase(const std::string& directory, const std::string& name) {
   const std::unique_ptr<DIR, int (*)(DIR*)> stream(opendir(directory.c_str()), closedir);
   std::string found;
@@ -71,6 +71,7 @@ std::string FindNoCase(const std::string& directory, const std::string& name) {
   const std::string wanted = FromUtf8(name);
   while (const dirent* entry = readdir(stream.get())) {
     const std::string candidate = entry->d_name;
+    if (candidate == name) return name;
     if (!EqualNoCase(FromUtf8(candidate), wanted)) continue;
     if (found.empty() || candidate < found) found = candidate;
   }

@@ -19,6 +19,10 @@ std::map<qal::ModuleHandle, const ResourceTable*>& Registry() {
   return registry;
 }
 
+const ResourceTable* OfThisVersion(const ResourceTable* table) {
+  return table && table->version == kResourceTableVersion ? table : nullptr;
+}
+
 template <class Entry>
 const Entry* FindById(const Entry* entries, std::uint32_t count, std::uint32_t id) {
   if (count == 0) return nullptr;
@@ -59,10 +63,11 @@ const ResourceTable* ResourcesOf(qal::ModuleHandle module) {
   if (!module) return nullptr;
   {
     const std::lock_guard lock(registryMutex);
-    if (const auto found = Registry().find(module); found != Registry().end()) return found->second;
+    if (const auto found = Registry().find(module); found != Registry().end())
+      return OfThisVersion(found->second);
   }
   const auto* table = static_cast<const ResourceTable*>(FindExport(module, kResourceTableSymbol));
-  return table && table->version == kResourceTableVersion ? table : nullptr;
+  return OfThisVersion(table);
 }
 
 std::optional<std::string> LoadText(const ResourceContext& context, std::uint32_t id) {

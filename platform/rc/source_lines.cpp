@@ -93,7 +93,7 @@ std::uint32_t Line::TakeNumber(const char* what, std::uint32_t highest) {
 }
 
 void Line::Expect(const char* word) {
-  if (const std::string found = TakeWord(word); found != word) {
+  if (const std::string found = TakeWord(("\"" + std::string(word) + "\"").c_str()); found != word) {
     Fail("expected \"" + std::string(word) + "\", found \"" + found + "\"");
   }
 }

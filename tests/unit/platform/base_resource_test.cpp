@@ -1,0 +1,199 @@
+#include <gtest/gtest.h>
+
+#include "platform/module.h"
+#include "platform/paths.h"
+#include "platform/resources.h"
+#include "platform/text.h"
+#include "util/resource_ids.h"
+#include "util/texts.h"
+
+namespace platform {
+namespace {
+
+namespace strings = coverage::strings;
+
+std::string BinDirectory() {
+  static const int here = 0;
+  return DirectoryPart(ModulePath(&here).value_or(""));
+}
+
+/// The component's resource module as it is built.
+struct ResourceModule : testing::Test {
+  ResourceModule()
+      : module(Module::Load(JoinPath(BinDirectory(), "JepCoverageExtRes.dll"))), scope(module.handle()) {}
+  Module module;
+  ResourceScope scope;
+};
+
+TEST(Modules, WhatIsMissingIsSaid) {
+  std::string error;
+  EXPECT_FALSE(Module::Load("\\no\\such\\module.dll", &error));
+  EXPECT_NE(error, "");
+  EXPECT_EQ(FindExport(0, "x"), nullptr);
+  EXPECT_EQ(FindExport(0x1234, "x"), nullptr) << "a number that is no module";
+  EXPECT_EQ(ModulePath(nullptr), std::nullopt);
+}
+
+TEST(Modules, AHandleLivesAsLongAsItsLastHolder) {
+  Module first = Module::Load(JoinPath(BinDirectory(), "JepCoverageExtRes.dll"));
+  ASSERT_TRUE(first);
+  Module second = Module::Load(JoinPath(BinDirectory(), "JEPCOVERAGEEXTRES.DLL"));
+  ASSERT_EQ(first.handle(), second.handle()) << "found in whatever case";
+  const qal::ModuleHandle handle = first.handle();
+  first = Module();
+  EXPECT_NE(FindExport(handle, "GetDLLType"), nullptr);
+  EXPECT_EQ(FindExport(handle, "GetNothing"), nullptr);
+  EXPECT_EQ(second.FindExport(1), nullptr) << "offers nothing by number";
+  second = Module();
+  EXPECT_EQ(FindExport(handle, "GetDLLType"), nullptr);
+}
+
+TEST_F(ResourceModule, TextsComeFromTheModule) {
+  EXPECT_EQ(LoadText(strings::kCode), "Code");
+  EXPECT_EQ(LoadText(strings::kCoverageAsm), "Coverage - ASM");
+  EXPECT_EQ(LoadText(32779), "Launches the Go To Address dialog \nGo To Address");
+  EXPECT_EQ(LoadText(strings::kVerifyFunctionMissing), " Function \"%s\" not found in current system.&");
+  EXPECT_EQ(LoadText(strings::kPlaceholderError + 33), "Align following text to the right");
+  EXPECT_EQ(LoadText(1), std::nullopt);
+}
+
+TEST_F(ResourceModule, MenusListTheirCommands) {
+  const auto commands = [](std::uint32_t id) {
+    const MenuTemplate* menu = LoadMenu(id);
+    std::vector<std::uint32_t> ids;
+    for (std::uint32_t i = 0; menu && i < menu->itemCount; ++i) {
+      if (menu->items[i].kind == MenuItemKind::kCommand) ids.push_back(menu->items[i].id);
+    }
+    return ids;
+  };
+  using coverage::resource::kMenuControl;
+  using coverage::resource::kMenuPane;
+  EXPECT_EQ(commands(kMenuControl), std::vector<std::uint32_t>{32770});
+  EXPECT_EQ(commands(kMenuPane),
+            (std::vector<std::uint32_t>{32804, 32805, 32771, 32834, 32778, 32831, 32773, 32774, 32780, 32781,
+                                        32775, 32825, 32826, 32768, 32769}));
+  EXPECT_EQ(LoadMenu(9), nullptr);
+}
+
+TEST_F(ResourceModule, TheKeyOfTheCoverageCommand) {
+  const AcceleratorTable* table = LoadAccelerators(coverage::resource::kAccelerators);
+  ASSERT_TRUE(table && table->count == 1);
+  EXPECT_EQ(table->entries[0].modifiers, key_modifier::kShift | key_modifier::kControl);
+  EXPECT_EQ(table->entries[0].key, 'O');
+  EXPECT_EQ(table->entries[0].command, 32770u);
+}
+
+TEST_F(ResourceModule, ToolbarsHaveAPictureForEachButton) {
+  for (const std::uint32_t id : {203u, 9073u, 9074u, 9089u}) {
+    const auto bytes = LoadToolbar(id);
+    ASSERT_GE(bytes.size(), 8u) << id;
+    const auto word = [&](std::size_t i) { return bytes[2 * i] | bytes[2 * i + 1] << 8; };
+    EXPECT_EQ(word(0), 1) << id;
+    EXPECT_EQ(word(1), 16) << id;
+    EXPECT_EQ(word(2), 15) << id;
+    ASSERT_EQ(bytes.size(), 8u + 2u * static_cast<std::size_t>(word(3))) << id;
+    int buttons = 0;
+    for (int i = 0; i < word(3); ++i) buttons += word(4 + static_cast<std::size_t>(i)) != 0;
+    const BitmapResource* pictures = LoadBitmap(id);
+    ASSERT_NE(pictures, nullptr) << id;
+    EXPECT_EQ(pictures->width, buttons * 16) << id;
+    EXPECT_GE(pictures->height, 15) << id;
+  }
+  EXPECT_TRUE(LoadToolbar(1).empty());
+}
+
+TEST_F(ResourceModule, ImagesThatCrossInterfacesHave256Pixels) {
+  for (const std::uint32_t id : {9077u, 9079u, 9080u, 9081u, 9086u, 9089u}) {
+    const BitmapResource* bitmap = LoadBitmap(id);
+    ASSERT_NE(bitmap, nullptr) << id;
+    EXPECT_EQ(BitmapBytes(*bitmap, 4096).size(), 1024u) << id;
+    EXPECT_EQ(BitmapBytes(*bitmap, 100).size(), 100u) << id;
+  }
+  const BitmapResource* items = LoadBitmap(coverage::resource::kBitmapTestItems);
+  ASSERT_TRUE(items);
+  EXPECT_EQ(items->width, 32);
+  EXPECT_EQ(items->height, 16);
+}
+
+/// A mark shows nothing outside its mask: white there.
+TEST_F(ResourceModule, MarksFitTheirMask) {
+  const BitmapResource* mask = LoadBitmap(coverage::resource::kBitmapMarkMask);
+  for (const std::uint32_t id : coverage::resource::kBitmapMarks) {
+    const BitmapResource* mark = LoadBitmap(id);
+    for (std::size_t i = 0; i < 256; ++i) {
+      if (mask->pixels[i] == 0xFFFFFF) {
+        EXPECT_EQ(mark->pixels[i], 0xFFFFFFu) << id << " at " << i;
+      }
+    }
+  }
+}
+
+TEST_F(ResourceModule, DialogsFitTheirFrames) {
+  for (const std::uint32_t id : {207u, 9001u, 9002u, 9003u, 9062u, 9063u, 9064u, 2210u, 2222u}) {
+    const DialogTemplate* dialog = LoadDialog(id);
+    ASSERT_NE(dialog, nullptr) << id;
+    int defaults = 0;
+    for (std::uint32_t i = 0; i < dialog->controlCount; ++i) {
+      const ControlTemplate& control = dialog->controls[i];
+      defaults += control.kind == ControlKind::kDefaultButton;
+      EXPECT_LE(control.x + control.width, dialog->width) << id << ": " << control.id;
+      const bool dropsDown =
+          control.kind == ControlKind::kComboBox || control.kind == ControlKind::kDropDownList;
+      EXPECT_LE(control.y + (dropsDown ? 12 : control.height), dialog->height) << id << ": " << control.id;
+    }
+    EXPECT_EQ(defaults, 1) << id;
+  }
+  const DialogTemplate* saving = LoadDialog(coverage::resource::kDialogSaveCoverageData);
+  std::string order;
+  for (std::uint32_t i = 0; i < saving->controlCount; ++i) {
+    order += std::to_string(saving->controls[i].id) + saving->controls[i].text + " ";
+  }
+  EXPECT_EQ(std::string(saving->title) + ": " + order,
+            "Save Coverage Data: 9011 9031&Yes... 9032&No 9065No &To All 9013Yes To &All... ");
+}
+
+constexpr StringResource kOwnTexts[] = {{5, "own five"}, {32788, "own code"}};
+constexpr ResourceTable kOwn = {kResourceTableVersion, 2, 0, 0, 0, 0, 0, kOwnTexts};
+
+TEST_F(ResourceModule, TheModuleComesBeforeTheLibrarysOwnTable) {
+  const ResourceScope both(ResourceContext{module.handle(), &kOwn});
+  EXPECT_EQ(LoadText(32788), "Code");
+  EXPECT_EQ(LoadText(5), "own five");
+  {
+    const ResourceScope without{qal::ModuleHandle{0}};
+    EXPECT_EQ(LoadText(32788), "own code");
+    EXPECT_EQ(LoadMenu(201), nullptr);
+  }
+  EXPECT_EQ(LoadText(32788), "Code") << "the scope ended";
+}
+
+TEST(Resources, ATableCanStandForAHandle) {
+  RegisterResourceTable(77, &kOwn);
+  ResourceScope scope(qal::ModuleHandle{77});
+  EXPECT_EQ(LoadText(5), "own five");
+  RegisterResourceTable(77, nullptr);
+  EXPECT_EQ(LoadText(5), std::nullopt);
+}
+
+TEST(Resources, TablesOfAnotherVersionAreNotRead) {
+  constexpr ResourceTable kLater = {kResourceTableVersion + 1, 2, 0, 0, 0, 0, 0, kOwnTexts};
+  RegisterResourceTable(78, &kLater);
+  EXPECT_EQ(ResourcesOf(78), nullptr);
+  RegisterResourceTable(78, nullptr);
+}
+
+TEST(Resources, TextsArriveInTheCodePage) {
+  constexpr StringResource kTexts[] = {{1, "表"}};
+  const ResourceTable table = {kResourceTableVersion, 1, 0, 0, 0, 0, 0, kTexts};
+  ASSERT_TRUE(SetCodePage(kShiftJis));
+  EXPECT_EQ(LoadText(ResourceContext{0, &table}, 1), "\x95\x5C");
+  SetCodePage(kUtf8);
+}
+
+TEST(Resources, TheLibraryHasEveryTextOfItsOwn) {
+  EXPECT_EQ(coverage::Text(strings::kInvalidParameter), "Invalid parameter");
+  EXPECT_EQ(coverage::Text(1), "");
+}
+
+}  // namespace
+}  // namespace platform
