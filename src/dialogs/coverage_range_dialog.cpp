@@ -3,11 +3,11 @@
 #include <array>
 
 #include "model/address_text.h"
+#include "util/resource_ids.h"
 
 namespace coverage {
 namespace {
 
-constexpr std::uint32_t kTemplate = 207;
 constexpr std::uint32_t kRange = 9044, kStartLabel = 9019, kStart = 204, kStartSelect = 9049,
                         kEndLabel = 9020, kEnd = 205, kEndSelect = 9050, kFile = 9045, kEdit = 9046,
                         kArrow = 9047, kBrowse = 9048, kOk = 9021, kCancel = 9022;
@@ -15,7 +15,7 @@ constexpr std::uint32_t kRange = 9044, kStartLabel = 9019, kStart = 204, kStartS
 }  // namespace
 
 CoverageRangeDialog::CoverageRangeDialog(qal::IQHost* host)
-    : RangeInputDialog(kTemplate, {kOk, kCancel}, {kEdit, kArrow}, {kStart, kEnd}, host) {}
+    : RangeInputDialog(resource::kDialogCoverageRange, {kOk, kCancel}, {kEdit, kArrow}, {kStart, kEnd}, host) {}
 
 std::optional<AddressRange> CoverageRangeDialog::AskRange(platform::Window* owner, AddressRange current,
                                                           const RecentRanges& recent) {

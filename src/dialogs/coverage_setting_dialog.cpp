@@ -6,12 +6,12 @@
 #include "model/address_text.h"
 #include "model/services.h"
 #include "qal/program_services.h"
+#include "util/resource_ids.h"
 #include "util/texts.h"
 
 namespace coverage {
 namespace {
 
-constexpr std::uint32_t kTemplate = 9003;
 constexpr std::uint32_t kNew = 9060, kRange = 9039, kStartLabel = 9008, kStart = 9005, kStartSelect = 9058,
                         kEndLabel = 9009, kEnd = 9006, kEndSelect = 9057, kFile = 9040, kEdit = 9041,
                         kArrow = 9042, kBrowse = 9043, kRecent = 9061, kRecentFiles = 9007, kAnother = 9004,
@@ -21,7 +21,7 @@ constexpr std::uint32_t kNew = 9060, kRange = 9039, kStartLabel = 9008, kStart =
 
 CoverageSettingDialog::CoverageSettingDialog(qal::IQHost* host, Request request, LastTexts& last,
                                              CoverageSettingHooks& hooks)
-    : RangeInputDialog(kTemplate, {kOk, kCancel}, {kEdit, kArrow}, {kStart, kEnd}, host),
+    : RangeInputDialog(resource::kDialogCoverageSetting, {kOk, kCancel}, {kEdit, kArrow}, {kStart, kEnd}, host),
       request_(std::move(request)),
       last_(last),
       hooks_(hooks) {}

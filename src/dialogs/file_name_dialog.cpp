@@ -6,16 +6,15 @@
 #include "platform/file_dialog.h"
 #include "platform/files.h"
 #include "platform/text.h"
+#include "util/resource_ids.h"
 #include "util/texts.h"
 
 namespace coverage {
 namespace {
 
-constexpr std::uint32_t kSaveTemplate = 9063;
 constexpr std::uint32_t kSaveEdit = 9035, kSaveArrow = 9036, kSaveBrowse = 5, kSaveOk = 9037,
                         kSaveCancel = 9038;
 
-constexpr std::uint32_t kLoadTemplate = 9064;
 constexpr std::uint32_t kLoadEdit = 9014, kLoadArrow = 9015, kLoadBrowse = 3, kLoadOk = 9027,
                         kLoadCancel = 9028;
 
@@ -77,7 +76,7 @@ std::string FileNameDialog::CheckedSourceName() {
 }
 
 SaveDataDialog::SaveDataDialog(qal::IQHost* host, std::string currentName)
-    : FileNameDialog(kSaveTemplate, {kSaveOk, kSaveCancel}, {kSaveEdit, kSaveArrow}, host),
+    : FileNameDialog(resource::kDialogSaveData, {kSaveOk, kSaveCancel}, {kSaveEdit, kSaveArrow}, host),
       currentName_(std::move(currentName)) {}
 
 std::optional<SaveDataDialog::Answer> SaveDataDialog::Ask(platform::Window* owner) {
@@ -123,7 +122,7 @@ platform::LResult SaveDataDialog::OnMessage(const platform::Message& received) {
 }
 
 LoadDataDialog::LoadDataDialog(qal::IQHost* host, std::string currentName)
-    : FileNameDialog(kLoadTemplate, {kLoadOk, kLoadCancel}, {kLoadEdit, kLoadArrow}, host),
+    : FileNameDialog(resource::kDialogLoadData, {kLoadOk, kLoadCancel}, {kLoadEdit, kLoadArrow}, host),
       currentName_(std::move(currentName)) {}
 
 std::optional<std::string> LoadDataDialog::Ask(platform::Window* owner) {

@@ -6,18 +6,16 @@
 #include "model/services.h"
 #include "platform/text.h"
 #include "qal/program_services.h"
+#include "util/resource_ids.h"
 #include "util/texts.h"
 
 namespace coverage {
 namespace {
 
-constexpr std::uint32_t kGoToTemplate = 9001;
 constexpr std::uint32_t kGoToAddress = 8999, kGoToLabel = 9052, kGoToOk = 9024, kGoToCancel = 9025;
 
-constexpr std::uint32_t kConfirmTemplate = 9002;
 constexpr std::uint32_t kConfirmSave = 9059, kConfirmOk = 9017, kConfirmCancel = 9018;
 
-constexpr std::uint32_t kPromptTemplate = 9062;
 constexpr std::uint32_t kPromptText = 9011, kPromptYes = 9031, kPromptNo = 9032, kPromptNoToAll = 9065,
                         kPromptYesToAll = 9013;
 
@@ -30,7 +28,7 @@ namespace message = platform::message;
 
 GoToAddressDialog::GoToAddressDialog(qal::IQHost* host, std::uint32_t start, std::uint32_t end,
                                      std::string addressText, std::vector<std::string>& history)
-    : CoverageDialog(kGoToTemplate, {kGoToOk, kGoToCancel}, host),
+    : CoverageDialog(resource::kDialogGoToAddress, {kGoToOk, kGoToCancel}, host),
       start_(start),
       end_(end),
       addressText_(std::move(addressText)),
@@ -77,7 +75,7 @@ platform::LResult GoToAddressDialog::OnMessage(const platform::Message& received
 }
 
 ConfirmationDialog::ConfirmationDialog(qal::IQHost* host)
-    : CoverageDialog(kConfirmTemplate, {kConfirmOk, kConfirmCancel}, host) {}
+    : CoverageDialog(resource::kDialogConfirmation, {kConfirmOk, kConfirmCancel}, host) {}
 
 ConfirmationDialog::Choice ConfirmationDialog::Ask(platform::Window* owner) {
   if (!Run(owner)) return Choice::kCancel;
@@ -92,7 +90,7 @@ void ConfirmationDialog::OnOK() {
 }
 
 SavePromptDialog::SavePromptDialog(qal::IQHost* host, std::string question, bool offerAll)
-    : CoverageDialog(kPromptTemplate, {kPromptYes, kPromptNoToAll}, host),
+    : CoverageDialog(resource::kDialogSaveCoverageData, {kPromptYes, kPromptNoToAll}, host),
       question_(std::move(question)),
       offerAll_(offerAll) {}
 

@@ -1,0 +1,166 @@
+#include "panes/row_builder.h"
+
+#include <algorithm>
+
+#include "model/services.h"
+#include "platform/text.h"
+
+namespace coverage {
+namespace {
+
+constexpr std::uint32_t kHexadecimal = 16;
+constexpr std::size_t kTabWidth = 4;
+constexpr std::size_t kLongestSource = 254;
+constexpr std::size_t kEllipsisAt = 252;
+/// Columns that the counters do not change.
+constexpr int kAllColumns[] = {kTimesColumn, kPassColumn, kAddressColumn, kAssemblerColumn, kSourceColumn};
+
+}  // namespace
+
+std::string SourceColumnText(std::string_view line) {
+  std::string text;
+  text.reserve(line.size());
+  for (const char c : line) {
+    if (c == '\t') {
+      text.append(kTabWidth - text.size() % kTabWidth, ' ');
+    } else {
+      text.push_back(c);
+    }
+  }
+  if (text.size() > kLongestSource) text.replace(kEllipsisAt, 3, "...");
+  return text;
+}
+
+RowBuilder::RowBuilder(qal::IQHost* host, CoverageInstance& instance, DisassemblyCache& cache,
+                       CUiReportListCtrl& list, int rowsPerPage)
+    : instance_(instance),
+      cache_(cache),
+      list_(list),
+      rowsPerPage_(rowsPerPage),
+      reader_(host),
+      expressions_(FindService<qal::IQExpression>(host, qal::iid::kExpression)),
+      addressTexts_(FindService<qal::IQAddressText>(host, qal::iid::kAddressText)),
+      source_(FindService<qal::IQSource>(host, qal::iid::kSource)) {}
+
+std::optional<std::uint32_t> RowBuilder::AddressOfRow(int row) const {
+  const std::string& text = list_.ItemText(row, kAddressColumn);
+  if (text.empty() || !expressions_) return std::nullopt;
+  std::uint64_t address = 0;
+  if (qal::Failed(expressions_->EvaluateInRadix(platform::Wide(text).get(), kHexadecimal, &address))) {
+    return std::nullopt;
+  }
+  return static_cast<std::uint32_t>(address);
+}
+
+std::uint32_t RowBuilder::StartAddress(std::uint32_t fromAddress, int& firstRow, int& rowCount) const {
+  if (firstRow == 0) return instance_.start;
+  if (fromAddress != 0) return fromAddress;
+  if (list_.ItemText(firstRow, kAddressColumn).empty() && firstRow > rowsPerPage_) {
+    if (const auto address = AddressOfRow(firstRow - rowsPerPage_)) {
+      firstRow -= rowsPerPage_;
+      rowCount += rowsPerPage_;
+      return *address;
+    }
+  }
+  if (const auto address = AddressOfRow(firstRow)) return *address;
+  const std::uint64_t estimate =
+      std::uint64_t{instance_.averageInstructionSize} * static_cast<std::uint64_t>(firstRow) +
+      instance_.start;
+  return static_cast<std::uint32_t>(std::min<std::uint64_t>(estimate, instance_.end));
+}
+
+std::uint32_t RowBuilder::Build(bool rewrite, std::uint32_t fromAddress, int firstRow, int rowCount) {
+  if (instance_.shown == 0) return 0;
+  if (firstRow < 0) firstRow = list_.TopRow();
+  if (rowCount < 0) rowCount = rowsPerPage_;
+
+  std::uint32_t aligned = StartAddress(fromAddress, firstRow, rowCount);
+  std::uint64_t address = aligned;
+  if (const auto alignment = reader_.Alignment()) {
+    aligned -= aligned % alignment->alignment;
+    address = aligned >= alignment->offset ? aligned - alignment->offset : aligned;
+  }
+
+  std::uint64_t sizes = instance_.averageInstructionSize;
+  std::uint64_t count = 1;
+  std::uint32_t lastSize = kCellStep;
+  bool rewritten = false;
+  int row = firstRow;
+  while (row <= firstRow + rowCount && address < instance_.end) {
+    Instruction instruction;
+    if (!cache_.Fetch(static_cast<std::uint32_t>(address), reader_, instruction)) {
+      address += lastSize;
+      continue;
+    }
+    lastSize = instruction.size;
+    sizes += instruction.size;
+    ++count;
+    const bool before = address + instruction.size <= aligned;
+    const auto at = static_cast<std::uint32_t>(address);
+    address += instruction.size;
+    if (before) continue;
+    if (row >= list_.RowCount()) list_.SetRowCount(row + 1);
+    if (rewrite || rewritten || list_.ItemText(row, kAddressColumn).empty()) {
+      WriteCode(row, instruction);
+      rewritten = true;
+    }
+    WriteCounters(row, at);
+    ++row;
+  }
+  instance_.averageInstructionSize =
+      static_cast<std::uint32_t>(std::clamp<std::uint64_t>(sizes / count, 1, UINT32_MAX));
+  FitRowCount(row, firstRow + rowCount, address);
+  return static_cast<std::uint32_t>(std::min<std::uint64_t>(address, UINT32_MAX));
+}
+
+void RowBuilder::FitRowCount(int nextRow, int pageEnd, std::uint64_t address) {
+  if (address < instance_.end) {
+    const std::uint64_t left = (instance_.end - address) / instance_.averageInstructionSize + 1;
+    list_.SetRowCount(nextRow +
+                      static_cast<int>(std::min<std::uint64_t>(left, platform::ListRows::kMaxRows / 2)));
+    return;
+  }
+  if (list_.RowCount() > std::max(nextRow, pageEnd)) list_.SetRowCount(std::max(nextRow, pageEnd));
+  for (int row = nextRow; row < list_.RowCount(); ++row) {
+    for (const int column : kAllColumns) list_.SetItemTextDefault(row, column, {});
+  }
+}
+
+std::string RowBuilder::AddressTextOf(const Instruction& instruction) const {
+  platform::WideOut text;
+  if (addressTexts_ && qal::Succeeded(addressTexts_->AddressToText(AddressOfText(instruction.addressText), 0,
+                                                                   -1, 0, text.put()))) {
+    return text.str();
+  }
+  return std::string(instruction.addressText);
+}
+
+std::string RowBuilder::SourceTextAt(std::uint32_t address) const {
+  static const std::string kNone = " ";
+  platform::WideOut file;
+  std::uint32_t line = 0;
+  if (!source_ || qal::Failed(source_->AddressToLine(address, file.put(), &line))) return kNone;
+  std::uint32_t lineAddress = 0;
+  if (qal::Failed(source_->LineToAddress(file.get(), line, &lineAddress)) || lineAddress != address)
+    return kNone;
+  platform::WideOut text;
+  if (qal::Failed(source_->GetLineText(file.get(), line, text.put()))) return kNone;
+  return SourceColumnText(text.str());
+}
+
+void RowBuilder::WriteCode(int row, const Instruction& instruction) {
+  const std::string address = AddressTextOf(instruction);
+  list_.SetItemTextDefault(row, kAssemblerColumn, instruction.codeText);
+  list_.SetItemTextDefault(row, kSourceColumn, SourceTextAt(AddressOfText(instruction.addressText)));
+  list_.SetItemTextDefault(row, kAddressColumn, address);
+}
+
+void RowBuilder::WriteCounters(int row, std::uint32_t address) {
+  CoverageRow texts;
+  const auto cell = instance_.counts->Lookup(address);
+  SetCounters(texts, cell ? &*cell : nullptr);
+  list_.SetItemTextDefault(row, kTimesColumn, texts.times);
+  list_.SetItemTextDefault(row, kPassColumn, texts.pass);
+}
+
+}  // namespace coverage
