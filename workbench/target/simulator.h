@@ -38,7 +38,8 @@ enum class StopReason {
   kBreakpoint,    ///< reached the address of RunTo
   kCount,         ///< executed as many instructions as were asked for
   kRequest,       ///< RequestStop, or the slice callback said so
-  kFault,         ///< the target cannot go on; `text` says why
+  kRecordFull,    ///< kPathLimit pairs wait and nobody took them; take the report and run on
+  kFault,         ///< the target cannot go on before a reset; `text` says why
 };
 
 struct StopReport {
@@ -98,10 +99,11 @@ class Simulator {
   /// from the vector table. What was recorded and not yet taken stays.
   void Reset();
 
-  /// Runs until the end of the program, a fault, a stop request or `count` instructions.
+  /// Runs until the end of the program, a fault, a stop request or `count` instructions. IT blocks are
+  /// executed whole: a count that ends inside one is exceeded by up to 3.
   StopReport Run(std::uint64_t count = kNoLimit);
   /// The same, and stops when `address` is about to be executed; at least one instruction is executed. An
-  /// instruction of an IT block stops the target only when its condition holds.
+  /// address inside an IT block means its IT instruction.
   StopReport RunTo(std::uint32_t address);
   /// Ends the current run at the next slice. Any thread; does nothing while the target stands.
   void RequestStop() { stopRequested_.store(true, std::memory_order_relaxed); }
@@ -127,6 +129,8 @@ class Simulator {
   void SetRecording(RecordMode mode);
   /// Where the waiting path record begins: the trace-start address.
   std::uint32_t PathStart() const;
+  /// Path pairs that wait to be taken.
+  std::size_t PathWaiting() const;
   /// What was recorded since the last take; the next record begins where this one ends. Taken while a run is
   /// under way (in the slice callback), the record ends with the last branch.
   PathReport TakePath();
@@ -140,6 +144,10 @@ class Simulator {
   bool WriteMemory(std::uint32_t address, const void* bytes, std::uint32_t size);
 
  private:
+  /// A count with no more left than this is run with code events, which end it exactly.
+  static constexpr std::uint64_t kExactTail = 2000;
+
+  std::uint32_t ItInstructionOf(std::uint32_t address) const;
   StopReport RunUntil(std::uint64_t count, std::optional<std::uint32_t> breakpoint);
 
   std::shared_ptr<const Program> program_;
@@ -149,7 +157,8 @@ class Simulator {
   std::optional<std::uint32_t> endAddress_;
   SliceCallback sliceCallback_;
   std::uint32_t sliceSize_ = kSliceSize;
-  std::uint64_t executedSinceReset_ = 0;
+  std::uint64_t resetAt_ = 0;
+  std::string fault_;  // why the target cannot go on
   std::atomic<bool> stopRequested_{false};
   std::atomic<bool> running_{false};
 };
