@@ -71,10 +71,7 @@ void CoverageCellTable::Layout(std::uint32_t start, std::uint32_t end) {
 void CoverageCellTable::Reset() {
   if (grid_ != nullptr) grid_->Release();
   marks_.Close();
-  times_ = {};
-  taken_ = {};
-  fallen_ = {};
-  executed_ = {};
+  for (auto* values : {&times_, &taken_, &fallen_, &executed_}) std::vector<std::uint64_t>().swap(*values);
   start_ = end_ = 0;
 }
 

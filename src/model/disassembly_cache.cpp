@@ -1,89 +1,51 @@
 #include "model/disassembly_cache.h"
 
-#include <algorithm>
-#include <cstring>
-
 namespace coverage {
-
-namespace {
-
-/// In front of the two texts of a record.
-struct RecordHead {
-  std::uint32_t size;
-  std::uint16_t addressLength;
-  std::uint16_t codeLength;
-};
-
-constexpr std::size_t kMaxText = 0xFFFF;
-constexpr std::size_t kRecordStep = 4;  // a place is counted in these, behind a chunk number
-
-}  // namespace
 
 DisassemblyCache::DisassemblyCache() = default;
 
-std::uint32_t DisassemblyCache::PlaceOf(std::uint32_t address) const {
+const DisassemblyCache::Entry* DisassemblyCache::FindEntry(std::uint32_t address) const {
   if ((address & 1u) != 0) {
     const auto found = odd_.find(address);
-    return found != odd_.end() ? found->second : 0;
+    return found != odd_.end() ? &found->second : nullptr;
   }
-  const std::uint32_t number = address >> kPageBits;
-  if (last_ == nullptr || lastPage_ != number) {
-    const auto found = pages_.find(number);
-    if (found == pages_.end()) return 0;
-    lastPage_ = number;
-    last_ = found->second.get();
-  }
-  return (*last_)[address / 2 % kStepsAPage];
+  const auto found = pages_.find(address >> kPageBits);
+  if (found == pages_.end()) return nullptr;
+  lastPage_ = found->first;
+  last_ = found->second.get();
+  return &(*last_)[address / 2 % kStepsAPage];
 }
 
-void DisassemblyCache::SetPlace(std::uint32_t address, std::uint32_t place) {
-  if ((address & 1u) != 0) {
-    odd_[address] = place;
-    return;
-  }
+DisassemblyCache::Entry& DisassemblyCache::MakeEntry(std::uint32_t address) {
+  if ((address & 1u) != 0) return odd_[address];
   auto& page = pages_[address >> kPageBits];
   if (page == nullptr) page = std::make_unique<Page>();
-  (*page)[address / 2 % kStepsAPage] = place;
-}
-
-bool DisassemblyCache::Find(std::uint32_t address, Instruction& out) const {
-  const std::uint32_t place = PlaceOf(address);
-  if (place == 0) return false;
-  const std::size_t at = std::size_t{place - 1} * kRecordStep;
-  const char* const record = chunks_[at / kChunk].get() + at % kChunk;
-  RecordHead head;
-  std::memcpy(&head, record, sizeof(head));
-  const char* const texts = record + sizeof(head);
-  out = {head.size, {texts, head.addressLength}, {texts + head.addressLength, head.codeLength}};
-  return true;
+  return (*page)[address / 2 % kStepsAPage];
 }
 
 Instruction DisassemblyCache::Keep(std::uint32_t address, const Instruction& instruction) {
-  const std::string_view line = instruction.addressText.substr(0, kMaxText);
-  const std::string_view code = instruction.codeText.substr(0, kMaxText);
-  const std::size_t bytes =
-      (sizeof(RecordHead) + line.size() + code.size() + kRecordStep - 1) & ~(kRecordStep - 1);
+  const std::string_view line = instruction.addressText;
+  const std::string_view code = instruction.codeText;
+  if (instruction.size > 0xFF || line.size() > 0xFF || code.size() > 0xFFFF) return instruction;
+  const std::size_t bytes = line.size() + code.size();
   if (chunks_.empty() || used_ + bytes > kChunk) {
     if (chunks_.size() == kMaxChunks) return instruction;
     chunks_.push_back(std::make_unique_for_overwrite<char[]>(kChunk));
     used_ = 0;
   }
-  const std::size_t at = (chunks_.size() - 1) * kChunk + used_;
-  char* const record = chunks_.back().get() + used_;
-  const RecordHead head{instruction.size, static_cast<std::uint16_t>(line.size()),
-                        static_cast<std::uint16_t>(code.size())};
-  std::memcpy(record, &head, sizeof(head));
-  char* const texts = record + sizeof(head);
+  char* const texts = chunks_.back().get() + used_;
   line.copy(texts, line.size());
   code.copy(texts + line.size(), code.size());
-  if (PlaceOf(address) == 0) ++size_;
-  SetPlace(address, static_cast<std::uint32_t>(at / kRecordStep + 1));
+  Entry& entry = MakeEntry(address);
+  if (entry.size == 0) ++size_;
+  entry = {static_cast<std::uint32_t>((chunks_.size() - 1) * kChunk + used_),
+           static_cast<std::uint8_t>(instruction.size), static_cast<std::uint8_t>(line.size()),
+           static_cast<std::uint16_t>(code.size())};
   used_ += bytes;
   return {instruction.size, {texts, line.size()}, {texts + line.size(), code.size()}};
 }
 
-bool DisassemblyCache::Fetch(std::uint32_t address, InstructionSource& source, Instruction& out) {
-  if (Find(address, out)) return true;
+bool DisassemblyCache::FetchNew(std::uint32_t address, InstructionSource& source, Instruction& out) {
   if (!source.InstructionAt(address, out)) return false;
   out = Keep(address, out);
   return true;
@@ -93,6 +55,7 @@ void DisassemblyCache::Drop() {
   pages_.clear();
   odd_.clear();
   last_ = nullptr;
+  lastPage_ = kNoPage;
   chunks_.clear();
   used_ = 0;
   size_ = 0;

@@ -24,6 +24,33 @@ class NotesFailures final : public InstructionSource {
   std::size_t most_;
 };
 
+#if defined(__x86_64__)
+/// The same loop with the processor's own count of bits, which the baseline of this architecture lacks.
+__attribute__((target("popcnt"))) std::uint64_t CountCommonNatively(const std::uint64_t* a,
+                                                                    const std::uint64_t* b,
+                                                                    std::size_t words) {
+  std::uint64_t even = 0;
+  std::uint64_t odd = 0;
+  std::size_t i = 0;
+  for (; i + 2 <= words; i += 2) {
+    even += static_cast<std::uint64_t>(__builtin_popcountll(a[i] & b[i]));
+    odd += static_cast<std::uint64_t>(__builtin_popcountll(a[i + 1] & b[i + 1]));
+  }
+  if (i < words) even += static_cast<std::uint64_t>(__builtin_popcountll(a[i] & b[i]));
+  return even + odd;
+}
+#endif
+
+/// Bits that are set in both.
+std::uint64_t CountCommon(const std::uint64_t* a, const std::uint64_t* b, std::size_t words) {
+#if defined(__x86_64__)
+  if (__builtin_cpu_supports("popcnt")) return CountCommonNatively(a, b, words);
+#endif
+  std::uint64_t count = 0;
+  for (std::size_t i = 0; i < words; ++i) count += static_cast<std::uint64_t>(std::popcount(a[i] & b[i]));
+  return count;
+}
+
 }  // namespace
 
 void InstructionPlan::Update(std::uint32_t start, std::uint32_t end,
@@ -69,10 +96,7 @@ void InstructionPlan::Record(std::uint32_t address, const CoverageCellTable& tab
 std::uint64_t InstructionPlan::Executed(CoverageCellTable& table) const {
   const std::span<const std::uint64_t> executed = table.ExecutedBits();
   const std::size_t words = std::min(executed.size(), starts_.size());
-  std::uint64_t count = 0;
-  for (std::size_t i = 0; i < words; ++i) {
-    count += static_cast<std::uint64_t>(std::popcount(executed[i] & starts_[i]));
-  }
+  std::uint64_t count = CountCommon(executed.data(), starts_.data(), words);
   for (const std::uint32_t cell : further_) count += executed[cell / 64] >> cell % 64 & 1u;
   return count;
 }

@@ -1,5 +1,7 @@
 #include "model/instruction_walk.h"
 
+#include <string>
+
 namespace coverage {
 
 InstructionWalk::InstructionWalk(std::uint32_t start, std::uint32_t end,
@@ -38,17 +40,21 @@ void ForEachRecorded(InstructionWalk walk, std::uint64_t limit,
   if (limit == 0) return;
   std::uint64_t recorded = 0;
   std::uint32_t lastAddress = 0;
-  Instruction last;
+  std::uint32_t lastSize = 0;
+  std::string addressText;
+  std::string codeText;
   for (Instruction instruction; walk.Next(instruction);) {
     if (recorded < limit) ++recorded;
     if (recorded < limit) {
       take(walk.address(), instruction);
-    } else {
-      lastAddress = walk.address();
-      last = instruction;
+      continue;
     }
+    lastAddress = walk.address();
+    lastSize = instruction.size;
+    addressText = instruction.addressText;
+    codeText = instruction.codeText;
   }
-  if (recorded == limit) take(lastAddress, last);
+  if (recorded == limit) take(lastAddress, {lastSize, addressText, codeText});
 }
 
 }  // namespace coverage

@@ -8,7 +8,7 @@ void PathMarks::Open(std::size_t cells) {
 }
 
 void PathMarks::Close() {
-  slots_ = {};
+  std::vector<std::uint32_t>().swap(slots_);  // gives the memory back
   runs_ = 0;
 }
 

@@ -1,0 +1,221 @@
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "doubles/ide_services.h"
+#include "doubles/message_boxes.h"
+#include "doubles/target.h"
+#include "literal_records.h"
+#include "model/command_model.h"
+#include "model/coverage_counts.h"
+#include "model/coverage_switch.h"
+#include "model/coverage_window.h"
+#include "model/report_collector.h"
+
+namespace coverage {
+namespace {
+
+struct CountsTest : testing::Test {
+  CountsTest() {
+    host.Offer(path);
+    host.Offer(errors);
+  }
+  /// Takes the path-coverage service away and offers the other one.
+  void UseCounts() {
+    host.Withdraw(doubles::StubPathCoverage::kService);
+    host.Offer(count);
+  }
+
+  doubles::CallLog log;
+  doubles::HostDouble host;
+  doubles::StubPathCoverage path{log};
+  doubles::StubCountCoverage count{log};
+  doubles::StubErrorText errors;
+  doubles::StubTraceStart trace{log};
+  doubles::RecordingBoxes boxes;
+};
+
+std::string Range(const CoverageCounts& counts) {
+  return platform::Format("%x-%x, %zu cells, active %u", counts.start(), counts.end(),
+                          counts.table().cellCount(), counts.active());
+}
+
+TEST_F(CountsTest, RegistersARange) {
+  CoverageCounts counts(&host);
+  EXPECT_EQ(counts.SetRange(0x2000, 0x1000), 1u);
+  EXPECT_EQ(Range(counts), "1000-2000, 2049 cells, active 1");
+  counts.AddOne(0x1000, 5, 1);
+  counts.SetActive(0);
+  EXPECT_EQ(counts.SetRange(0x3000, 0x3001), 1u);
+  EXPECT_EQ(Range(counts), "3000-3001, 1 cells, active 0");
+  EXPECT_EQ(counts.Lookup(0x3000), CoverageCell{});
+  counts.RemoveRange();
+  counts.RemoveRange();
+  EXPECT_FALSE(counts.registered());
+  EXPECT_EQ(log.Text(),
+            "path.AddRange(0x1000, 0x2000)\npath.RemoveRange(0x1000, 0x2000)\n"
+            "path.AddRange(0x3000, 0x3001)\npath.RemoveRange(0x3000, 0x3001)\n");
+  EXPECT_EQ(boxes.Take(), "");
+}
+
+TEST_F(CountsTest, TheCountServiceActivates) {
+  UseCounts();
+  CoverageCounts counts(&host);
+  counts.SetActive(0);
+  EXPECT_EQ(counts.SetRange(0x10, 0x1F), 1u);
+  EXPECT_EQ(Range(counts), "10-1f, 8 cells, active 1");
+  EXPECT_EQ(log.Text(), "count.AddRange(0x10, 0x1f)\n");
+}
+
+TEST_F(CountsTest, ARefusedRangeLeavesTheOldOne) {
+  CoverageCounts counts(&host);
+  log.FailCall(1);
+  EXPECT_EQ(counts.SetRange(0x1000, 0x1FFF), 0u);
+  EXPECT_EQ(Range(counts), "0-0, 0 cells, active 1");
+  EXPECT_EQ(boxes.Take(), "exclamation ok: error 0x80004005\n");
+  EXPECT_EQ(counts.SetRange(0x1000, 0x1FFF), 1u);
+  log.Clear();
+  log.FailCall(1, "path.AddRange");
+  EXPECT_EQ(counts.SetRange(0x4000, 0x4FFF), 0u);
+  EXPECT_EQ(Range(counts), "1000-1fff, 2048 cells, active 1");
+  EXPECT_EQ(log.Text(),
+            "path.RemoveRange(0x1000, 0x1fff)\npath.AddRange(0x4000, 0x4fff)\n"
+            "path.AddRange(0x1000, 0x1fff)\n");
+}
+
+TEST_F(CountsTest, NothingHappensWithoutAServiceOrForARangeBeyondMemory) {
+  CoverageCounts counts(&host);
+  counts.SetRange(0x1000, 0x1FFF);
+  EXPECT_EQ(counts.SetRange(0, 0xFFFFFFFF), 0u);
+  host.Withdraw(doubles::StubPathCoverage::kService);
+  EXPECT_EQ(counts.SetRange(0x2000, 0x2FFF), 0u);
+  EXPECT_EQ(Range(counts), "1000-1fff, 2048 cells, active 1");
+  EXPECT_EQ(boxes.Take(), "");
+  EXPECT_EQ(CoverageCounts(nullptr).SetRange(0x2000, 0x2FFF), 0u);
+}
+
+TEST_F(CountsTest, PassTexts) {
+  for (const auto& [pass, text] : {std::pair{0u, "-"}, {1u, "T"}, {2u, "F"}, {3u, "T/F"}, {4u, " 0"}}) {
+    EXPECT_EQ(PassText(pass), text);
+    EXPECT_EQ(PassOfText(text), pass < 4 ? static_cast<int>(pass) : -1);
+  }
+  EXPECT_EQ(PassOfText("t"), -1);
+  CoverageRow row;
+  const CoverageCell cell{5'000'000'000, 3};
+  SetCounters(row, &cell);
+  EXPECT_EQ(row.times + "," + row.pass, " 5000000000,T/F");
+  SetCounters(row, nullptr);
+  EXPECT_EQ(row.times + "," + row.pass, " 0,-");
+}
+
+// --- collection
+
+struct CollectionTest : CountsTest {
+  CollectionTest() {
+    for (std::uint32_t i = 0; i < 3; ++i) {
+      instances.push_back(std::make_unique<CoverageInstance>(&host, 0x10 * i, 0x10 * i + 0xF, "", i == 0));
+      instances.back()->counts->SetRange(0x10 * i, 0x10 * i + 0xF);
+      instances.back()->modified = 0;
+      instances.back()->saved = 1;
+      all.push_back(instances.back().get());
+    }
+    instances[1]->SetEnabled(0);
+    model.SetStoreRange(0x8, 0x17);
+    log.Clear();
+  }
+  std::string Pictures() {
+    std::string text;
+    for (auto* instance : all) {
+      text += platform::Format("m%us%u %s| ", instance->modified, instance->saved,
+                               literal::Picture(instance->counts->table()).c_str());
+    }
+    return text + literal::Picture(model.commandStore().table());
+  }
+
+  std::vector<std::unique_ptr<CoverageInstance>> instances;
+  std::vector<CoverageInstance*> all;
+  CommandModel model{&host};
+  ReportCollector collector{&host};
+};
+
+TEST_F(CollectionTest, APathReportGoesToEveryEnabledStore) {
+  host.Offer(trace);
+  host.Offer(count);
+  trace.address = 0xC;
+  path.pairs = {{0x10, 0x2C}, {0x2E, 0}};
+  EXPECT_TRUE(collector.Collect(all, &model));
+  EXPECT_EQ(log.Text(), "path.GetPath()\ntrace.GetAddress(0)\n");
+  EXPECT_EQ(Pictures(), "m1s0 12:1/0 14:1/0 | m1s0 | m1s0 44:1/0 46:1/1 | 12:1/0 14:1/0 16:1/1 ");
+}
+
+TEST_F(CollectionTest, WithoutATraceStartThePathBeginsAtZero) {
+  path.pairs = {{0x2, 0x20}};
+  EXPECT_TRUE(collector.Collect(all, nullptr));
+  EXPECT_EQ(Pictures(), "m1s0 0:1/0 2:1/1 | m1s0 | m1s0 | ");
+}
+
+TEST_F(CollectionTest, TheCountServiceAnswersWhenThePathServiceDoesNot) {
+  host.Offer(count);
+  count.counts = {{0x0, 7}, {0x10, 8}, {0x21, 9}};
+  count.flags = {{0x0, 3}};
+  log.FailCall(1, "path.GetPath");
+  EXPECT_TRUE(collector.Collect(all, &model));
+  EXPECT_EQ(Pictures(), "m1s0 0:7/3 | m1s0 | m1s0 32:9/0 | 16:8/0 ");
+}
+
+TEST_F(CollectionTest, NothingIsModifiedWhenNobodyAnswers) {
+  log.FailCall(1, "path.GetPath");
+  EXPECT_FALSE(collector.Collect(all, &model));
+  EXPECT_EQ(Pictures(), "m0s1 | m0s1 | m0s1 | ");
+}
+
+TEST_F(CollectionTest, WhatIsPendingSurvivesEveryChange) {
+  path.pairs = {{0x2E, 0}};
+  collector.Collect(all, &model);
+  instances[0]->SetEnabled(0);  // what was reported before still counts
+  instances[2]->counts->Clear();
+  instances[1]->RenewCounts();
+  path.pairs = {{0x4, 0x20}, {0x20, 0}};
+  collector.Collect(all, &model);
+  model.SetStoreRange(0x20, 0x21);
+  EXPECT_EQ(instances[0]->counts->Lookup(0xE)->times, 1u);
+  EXPECT_EQ(instances[0]->counts->Lookup(0x4)->times, 1u);
+  EXPECT_EQ(literal::Picture(instances[2]->counts->table()), "32:1/1 ");
+  EXPECT_EQ(literal::Picture(model.commandStore().table()), "");
+}
+
+TEST_F(CollectionTest, SwitchFollowsWhatIsEnabled) {
+  model.SetStoreEnabled(true);
+  EXPECT_TRUE(CoverageWanted(model, {}));
+  model.SetStoreEnabled(false);
+  EXPECT_TRUE(CoverageWanted(model, all));
+  EXPECT_FALSE(CoverageWanted(model, {}));
+  model.AddWindow(0x100, 0x1FF, "f");
+  model.AddWindow(0x200, 0x2FF, "g");
+  model.SetAllWindowsEnabled(false);
+  EXPECT_FALSE(CoverageWanted(model, all)) << "with command windows only they count";
+  model.SetWindowEnabled(2, true);
+  EXPECT_TRUE(CoverageWanted(model, {}));
+  log.Clear();
+  UpdateCoverageSwitch(&host, true);
+  UseCounts();
+  UpdateCoverageSwitch(&host, false);
+  EXPECT_EQ(log.Text(), "path.SetCollection(-1)\ncount.SetCollection(0)\n");
+  UpdateCoverageSwitch(nullptr, true);
+}
+
+TEST_F(CollectionTest, ASnapshotHasAnElementForEveryNumber) {
+  CoverageWindow window;
+  window.instances = {{1, all[0]}, {3, all[2]}};
+  all[2]->functionName = "main";
+  all[2]->percentage = 42;
+  window.TakeStats();
+  ASSERT_EQ(window.stats.size(), 3u);
+  EXPECT_EQ(window.stats[0], all[0]->Snapshot());
+  EXPECT_EQ(window.stats[1], FunctionStat{});
+  EXPECT_EQ(window.stats[2], (FunctionStat{"main", 0x20, 0x2F, 42, 0, 1, 0, 0}));
+  EXPECT_EQ(window.Displayed(), all[0]);
+}
+
+}  // namespace
+}  // namespace coverage
