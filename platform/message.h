@@ -3,9 +3,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <type_traits>
 #include <utility>
-#include <variant>
 
 #include "platform/geometry.h"
 #include "qal/types.h"
@@ -136,69 +134,83 @@ struct Message {
 /// Any code in a route.
 inline constexpr std::int64_t kAny = INT64_MIN;
 
+/// What a route leads to: an operation of the window that takes what the message carries: nothing or the
+/// identifier (commands, timers), CommandUpdate& (updates), const Notification& (notifications), const
+/// Message& (all). One without a result answers 0. Operations of base classes do, too.
+template <class T>
+class Handler {
+ public:
+  constexpr Handler(void (T::*plain)()) : kind_(Kind::kPlain), plain_(plain) {}
+  constexpr Handler(void (T::*id)(std::uint32_t)) : kind_(Kind::kId), id_(id) {}
+  constexpr Handler(void (T::*update)(CommandUpdate&)) : kind_(Kind::kUpdate), update_(update) {}
+  constexpr Handler(void (T::*news)(const Notification&)) : kind_(Kind::kNews), news_(news) {}
+  constexpr Handler(LResult (T::*answer)(const Notification&)) : kind_(Kind::kAnswer), answer_(answer) {}
+  constexpr Handler(LResult (T::*whole)(const Message&)) : kind_(Kind::kWhole), whole_(whole) {}
+
+  /// A handler of another kind than the message is not run.
+  LResult Run(T& window, const Message& message) const {
+    switch (kind_) {
+      case Kind::kPlain:
+        (window.*plain_)();
+        return 0;
+      case Kind::kId:
+        (window.*id_)(static_cast<std::uint32_t>(message.w));
+        return 0;
+      case Kind::kUpdate:
+        if (message.id != message::kUpdateCommand) return 0;
+        message.AsUpdate().TakeUp();
+        (window.*update_)(message.AsUpdate());
+        return 0;
+      case Kind::kNews:
+        if (message.id == message::kNotify) (window.*news_)(message.AsNotification());
+        return 0;
+      case Kind::kAnswer:
+        return message.id == message::kNotify ? (window.*answer_)(message.AsNotification()) : 0;
+      case Kind::kWhole:
+        return (window.*whole_)(message);
+    }
+    return 0;
+  }
+
+ private:
+  enum class Kind : std::uint8_t { kPlain, kId, kUpdate, kNews, kAnswer, kWhole };
+
+  Kind kind_;
+  union {
+    void (T::*plain_)();
+    void (T::*id_)(std::uint32_t);
+    void (T::*update_)(CommandUpdate&);
+    void (T::*news_)(const Notification&);
+    LResult (T::*answer_)(const Notification&);
+    LResult (T::*whole_)(const Message&);
+  };
+};
+
 /// One line of a window's message map. `code` is the command (kCommand, kUpdateCommand), the notification's
 /// code (kNotify) or the timer (kTimer); other messages have kAny. `control` narrows a kNotify route to one
-/// control. The handler takes what the message carries: nothing or the identifier (commands, timers),
-/// CommandUpdate& (updates), const Notification& (notifications), const Message& (all). One without a result
-/// answers 0.
+/// control.
 template <class T>
 struct Route {
   std::uint32_t message;
   std::int64_t code;
-  std::variant<void (T::*)(), void (T::*)(std::uint32_t), void (T::*)(CommandUpdate&),
-               void (T::*)(const Notification&), LResult (T::*)(const Notification&),
-               LResult (T::*)(const Message&)>
-      handler;
+  Handler<T> handler;
   std::int64_t control = kAny;
-};
 
-namespace routing {
-
-template <class T>
-bool Matches(const Route<T>& route, const Message& message) {
-  if (route.message != message.id) return false;
-  switch (message.id) {
-    case message::kNotify:
-      return (route.code == kAny || route.code == message.AsNotification().code) &&
-             (route.control == kAny || route.control == std::int64_t{message.AsNotification().id});
-    case message::kCommand:
-    case message::kUpdateCommand:
-    case message::kTimer:
-      return route.code == kAny || route.code == static_cast<std::int64_t>(message.w);
-    default:
-      return true;
+  bool Matches(const Message& sent) const {
+    if (message != sent.id) return false;
+    switch (sent.id) {
+      case message::kNotify:
+        return (code == kAny || code == sent.AsNotification().code) &&
+               (control == kAny || control == std::int64_t{sent.AsNotification().id});
+      case message::kCommand:
+      case message::kUpdateCommand:
+      case message::kTimer:
+        return code == kAny || code == static_cast<std::int64_t>(sent.w);
+      default:
+        return true;
+    }
   }
-}
-
-template <class T>
-LResult Call(T& window, const Route<T>& route, const Message& message) {
-  return std::visit(
-      [&](auto handler) -> LResult {
-        using H = decltype(handler);
-        if constexpr (std::is_same_v<H, void (T::*)()>) {
-          (window.*handler)();
-          return 0;
-        } else if constexpr (std::is_same_v<H, void (T::*)(std::uint32_t)>) {
-          (window.*handler)(static_cast<std::uint32_t>(message.w));
-          return 0;
-        } else if constexpr (std::is_same_v<H, void (T::*)(CommandUpdate&)>) {
-          if (message.id != message::kUpdateCommand) return 0;
-          message.AsUpdate().TakeUp();
-          (window.*handler)(message.AsUpdate());
-          return 0;
-        } else if constexpr (std::is_same_v<H, void (T::*)(const Notification&)>) {
-          if (message.id == message::kNotify) (window.*handler)(message.AsNotification());
-          return 0;
-        } else if constexpr (std::is_same_v<H, LResult (T::*)(const Notification&)>) {
-          return message.id == message::kNotify ? (window.*handler)(message.AsNotification()) : 0;
-        } else {
-          return (window.*handler)(message);
-        }
-      },
-      route.handler);
-}
-
-}  // namespace routing
+};
 
 /// Hands a message to the first route that matches and gives the handler's answer; nothing when no route
 /// does. The window may be gone afterwards: return at once. For use in OnMessage:
@@ -208,7 +220,7 @@ template <class T, class Routes>
 std::optional<LResult> Dispatch(T& window, const Routes& routes, const Message& message) {
   bool hasCommand = false;
   for (const Route<T>& route : routes) {
-    if (routing::Matches(route, message)) return routing::Call(window, route, message);
+    if (route.Matches(message)) return route.handler.Run(window, message);
     hasCommand = hasCommand || (message.id == message::kUpdateCommand && route.message == message::kCommand &&
                                 route.code == static_cast<std::int64_t>(message.w));
   }

@@ -191,9 +191,8 @@ std::string Picture(const Toolbar& toolbar) {
       text += "        --\n";
       continue;
     }
-    std::string line = Format("%5u %s ", button.id, button.checked ? "x" : " ") + OneLine(button.tip);
-    if (!button.enabled) line += " (disabled)";
-    text += WithoutEndBlanks(line) + "\n";
+    text += WithoutEndBlanks(Format("%5u %s ", button.id, button.checked ? "x" : " ") + OneLine(button.tip));
+    text += button.enabled ? "\n" : " (disabled)\n";
   }
   return text;
 }
