@@ -1,0 +1,80 @@
+#include "formatview/interface_call.h"
+#include "model/services.h"
+#include "util/resource_ids.h"
+#include "view/coverage_ctrl.h"
+
+// The control's beginning and end, and what it registers with the IDE in between.
+
+namespace coverage {
+namespace {
+
+constexpr char kSessionKey[] = "{WK_00000001_COVERAGE}";
+constexpr char kToolbarKey[] = "{WK_TB00000014_CODE}";
+constexpr platform::LResult kCreationRefused = -1;
+
+}  // namespace
+
+CJepCoverageCtrl::CJepCoverageCtrl(qal::IQHost* hostObject, CUiCustomizer* customizerObject)
+    : CUiDebugCommandSink(hostObject, customizerObject),
+      sessionKey(kSessionKey),
+      collector(hostObject),
+      automation(*this) {
+  const platform::ResourceScope scope(Resources());
+  if (host != nullptr) {
+    host->Advise(&qal::iid::kWorkSpaceClient, static_cast<qal::IQWorkSpaceClient2*>(this));
+    host->Advise(&qal::iid::kWorkSpaceClient2, static_cast<qal::IQWorkSpaceClient2*>(this));
+    host->Advise(&qal::iid::kFormatViewSink, static_cast<qal::IQFormatViewClient2*>(this));
+  }
+  ReadDisplayFont(settings, displayFont);
+  ReadDisplayColours(settings, textFore, textBack);
+
+  messageOptions = FindService<qal::IQMessageOptions>(host, qal::iid::kMessageOptions);
+  sourceService = FindService<qal::IQSource>(host, qal::iid::kSource);
+  columnService = FindService<qal::IQColumnService>(host, qal::iid::kColumnService);
+  options = std::make_unique<MessageOptions>(messageOptions);
+
+  model = std::make_unique<CommandModel>(host);
+  marks = std::make_unique<LineMarks>(*this, *model, sourceService, columnService);
+  commands = MakeCoverageCommands(*this);
+  coverageCommand = commands.empty() ? nullptr : commands.front().get();
+
+  if (host != nullptr) {
+    host->RegisterProvider(&qal::iid::kCoverageAutomation, static_cast<qal::ICoverageAutomation*>(this));
+  }
+}
+
+CJepCoverageCtrl::~CJepCoverageCtrl() {
+  const platform::ResourceScope scope(Resources());
+  options->Withdraw();
+  // The listings of "coverage_display" read the model: they end with their command, before the model goes.
+  while (!commands.empty()) commands.erase(commands.begin());
+  if (host != nullptr) {
+    host->Unadvise(&qal::iid::kWorkSpaceClient, static_cast<qal::IQWorkSpaceClient2*>(this));
+    host->Unadvise(&qal::iid::kWorkSpaceClient2, static_cast<qal::IQWorkSpaceClient2*>(this));
+    host->Unadvise(&qal::iid::kFormatViewSink, static_cast<qal::IQFormatViewClient2*>(this));
+    host->UnregisterProvider(&qal::iid::kCoverageAutomation, static_cast<qal::ICoverageAutomation*>(this));
+  }
+  DestroySinkWindow();
+}
+
+void CJepCoverageCtrl::DestroyChildren() {
+  marks->Refresh();
+  CUiDebugCommandSink::DestroyChildren();
+  windows.clear();
+}
+
+platform::LResult CJepCoverageCtrl::OnCreate(const platform::Message& message) {
+  if (CUiDebugCommandSink::OnMessage(message) == kCreationRefused) return kCreationRefused;
+  if (customizer == nullptr) return 0;
+  const platform::ResourceScope scope(Resources());
+  const qal::ModuleHandle module = ResourceModule();
+  customizer->RegisterMenu(module, resource::kMenuControl, commandKey, qal::kClassId);
+  customizer->RegisterWindow(commandKey, qal::kClassId, Handle());
+  customizer->RegisterResourceModule(module, commandKey, qal::kClassId);
+  customizer->RegisterToolbar(kToolbarKey, coverage::Text(strings::kCode), module, resource::kToolbarCode, 0,
+                              commandKey, qal::kClassId);
+  customizer->RegisterAccelerators(module, resource::kAccelerators, commandKey, qal::kClassId);
+  return 0;
+}
+
+}  // namespace coverage

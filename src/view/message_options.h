@@ -1,0 +1,54 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "qal/ide_services.h"
+#include "qal/types.h"
+
+namespace coverage {
+
+/// Questions of the component that the user can switch off.
+enum class MessageOption : std::size_t {
+  kClearData,
+  kClearDataAtClosing,
+  kSaveAtSessionSaving,
+  kSaveAgain,
+  kMacroLimitation,
+};
+inline constexpr std::size_t kMessageOptionCount = 5;
+
+/// The component's options in the IDE's message-option service. Without the service nothing is registered and
+/// nothing asks. UI thread only.
+class MessageOptions {
+ public:
+  /// Registers every option, in order. The service is borrowed and may be null.
+  explicit MessageOptions(qal::IQMessageOptions* service);
+  MessageOptions(const MessageOptions&) = delete;
+  MessageOptions& operator=(const MessageOptions&) = delete;
+
+  /// Withdraws every option that was registered.
+  void Withdraw();
+
+  /// Whether the option is set to ask; false when it cannot be read.
+  bool Asks(MessageOption option) const;
+  /// Asks the text as a yes/no question under the option; false for no and when it cannot be asked.
+  bool Ask(MessageOption option, std::string_view text) const;
+
+  /// The message that goes with the option.
+  static std::string Question(MessageOption option);
+
+ private:
+  struct Registered {
+    bool known = false;
+    qal::Guid identifier;
+  };
+  const Registered* Find(MessageOption option) const;
+
+  qal::IQMessageOptions* service_;
+  std::array<Registered, kMessageOptionCount> options_;
+};
+
+}  // namespace coverage
