@@ -89,9 +89,9 @@ void CJepCoverageDataCtrl::CreateViews() {
   viewControl->CreateSinkWindow();
   if (testClient == nullptr) {
     testClient = std::make_unique<CoverageTestClient>(host, static_cast<qal::IQTestImageSource*>(this),
-                                                      viewControl.get(), nullptr);
+                                                      &viewControl->Images(), nullptr);
   } else {
-    testClient->SetWindows(viewControl.get());
+    testClient->SetWindows(&viewControl->Images());
   }
   RegisterColumns(host, viewControl.get());
 }

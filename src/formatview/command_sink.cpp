@@ -82,15 +82,18 @@ CUiChildWindow* CUiCommandSink::FindChild(qal::WindowHandle window) const {
   return nullptr;
 }
 
-platform::LResult CUiCommandSink::CloseChild(qal::WindowHandle window, platform::LParam) {
-  const auto owned = std::find_if(children.begin(), children.end(), [&](const auto& child) {
-    return window != 0 && child->Handle() == window;
-  });
-  if (owned == children.end()) return 1;
+void CUiCommandSink::RemoveChild(CUiChildWindow& removed) {
+  const auto owned = std::find_if(children.begin(), children.end(),
+                                  [&](const auto& child) { return child.get() == &removed; });
+  if (owned == children.end()) return;
   std::unique_ptr<CUiChildWindow> child = std::move(*owned);
   children.erase(owned);
   child->OnRemove();
   platform::DeleteLater(std::move(child));
+}
+
+platform::LResult CUiCommandSink::CloseChild(qal::WindowHandle window, platform::LParam) {
+  if (CUiChildWindow* const child = FindChild(window)) RemoveChild(*child);
   return 1;
 }
 

@@ -45,6 +45,8 @@ class CUiCommandSink : public platform::Window {
   /// Hides the frame that holds the window. Always 1.
   virtual platform::LResult HideChild(qal::WindowHandle window, platform::LParam second);
 
+  /// Calls the removal hook and destroys the window now; the object lives on until no window handler runs.
+  void RemoveChild(CUiChildWindow& child);
   /// Takes the child over, behind those it has.
   void AddChild(std::unique_ptr<CUiChildWindow> child);
   std::uint32_t CommandKey() const { return commandKey; }

@@ -1,13 +1,11 @@
 #include "view/coverage_ctrl.h"
 
-#include <algorithm>
 #include <array>
+#include <chrono>
 #include <utility>
 
 #include "formatview/interface_call.h"
 #include "model/coverage_switch.h"
-#include "platform/text.h"
-#include "view/active_session.h"
 
 namespace coverage {
 
@@ -22,60 +20,50 @@ platform::LResult CJepCoverageCtrl::OnMessage(const platform::Message& message) 
       {kCommand, control_command::kOpenCoverage, &CJepCoverageCtrl::OnOpenCoverage},
       {kCommand, control_command::kChangeSourceFile, &CJepCoverageCtrl::OnChangeSourceFile},
       {kUpdateCommand, control_command::kOpenCoverage, &CJepCoverageCtrl::OnUpdateOpenCoverage},
+      {platform::message::kTimer, platform::kAny, &CJepCoverageCtrl::OnTimer},
   });
   if (const auto answer = platform::Dispatch(*this, kRoutes, message)) return *answer;
   return CUiDebugCommandSink::OnMessage(message);
 }
 
+void CJepCoverageCtrl::OnOpenCoverage() { windows->OpenCoverage(); }
+
+void CJepCoverageCtrl::OnChangeSourceFile() { windows->ChangeSourceFile(); }
+
 void CJepCoverageCtrl::OnUpdateOpenCoverage(platform::CommandUpdate& update) {
-  const bool onlyFiles = std::all_of(windows.begin(), windows.end(), [](const OpenWindow& window) {
-    return window.record->kind == WindowKind::kFile;
-  });
-  update.Enable(windows.size() < kMostWindows || !onlyFiles);
+  update.Enable(windows->OpenCommandEnabled());
 }
 
-// What the windows hold.
-
-std::vector<const CoverageWindow*> CJepCoverageCtrl::OpenWindows() {
-  std::vector<const CoverageWindow*> records;
-  for (const OpenWindow& window : windows) records.push_back(window.record);
-  return records;
+platform::LResult CJepCoverageCtrl::OnTimer(const platform::Message& message) {
+  macro.OnMacroTimer(static_cast<std::uint32_t>(message.w));
+  return CUiDebugCommandSink::OnMessage(message);
 }
 
-std::vector<CoverageInstance*> CJepCoverageCtrl::AllInstances() {
-  std::vector<CoverageInstance*> instances;
-  for (const OpenWindow& window : windows) {
-    for (const auto& [number, instance] : window.record->instances) instances.push_back(instance);
-  }
-  return instances;
+platform::LResult CJepCoverageCtrl::CloseChild(qal::WindowHandle window, platform::LParam second) {
+  if (windows->CloseByHandle(window)) return 1;
+  return CUiDebugCommandSink::CloseChild(window, second);
 }
 
-void CJepCoverageCtrl::CollectCoverage() {
-  const std::vector<CoverageInstance*> instances = AllInstances();
-  if (!collector.Collect(instances, model.get()) || !ExecutionHalted()) return;
-  ForEachChild([](CUiChildWindow& child) { child.RefreshFromDebugger(); });
-}
-
-void CJepCoverageCtrl::RefreshAllStatistics() {
-  for (CoverageInstance* instance : AllInstances()) instance->ComputePercentage(false, instructions);
-  ForEachChild([](CUiChildWindow& child) { child.RefreshFromDebugger(); });
-}
-
-void CJepCoverageCtrl::RedrawPanes() {
-  ForEachChild([](CUiChildWindow& child) { child.Invalidate(); });
-}
-
-void CJepCoverageCtrl::DropCaches() { instructions.Drop(); }
+// What the commands and the macro recorder ask.
 
 void CJepCoverageCtrl::BringUpToDate() {
-  RefreshAllStatistics();
-  marks->DropLineMarks();
-  RedrawPanes();
+  windows->RefreshAllStatistics();
+  Marks().DropLineMarks();
 }
 
 void CJepCoverageCtrl::UpdateCoverageSwitch() {
-  const std::vector<CoverageInstance*> instances = AllInstances();
+  const std::vector<CoverageInstance*> instances = windows->AllInstances();
   coverage::UpdateCoverageSwitch(host, CoverageWanted(*model, instances));
+}
+
+std::uint32_t CJepCoverageCtrl::StartMacroTimer(std::uint32_t id, std::uint32_t milliseconds) {
+  return SetTimer(id, std::chrono::milliseconds(milliseconds));
+}
+
+void CJepCoverageCtrl::StopMacroTimer(std::uint32_t id) { KillTimer(id); }
+
+bool CJepCoverageCtrl::AskMacroQuestion(const std::string& question) {
+  return options->Ask(MessageOption::kMacroLimitation, question);
 }
 
 // Interfaces.

@@ -5,22 +5,21 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "commands/command_host.h"
 #include "commands/coverage_automation.h"
 #include "commands/coverage_command.h"
 #include "formatview/debug_command_sink.h"
-#include "macro/coverage_images.h"
+#include "macro/macro_recorder.h"
 #include "model/command_model.h"
-#include "model/disassembly_cache.h"
 #include "model/report_collector.h"
 #include "persist/cov_file.h"
 #include "qal/all.h"
+#include "view/coverage_windows.h"
 #include "view/display_settings.h"
-#include "view/line_marks.h"
 #include "view/message_options.h"
-#include "view/window_table.h"
 #include "view/workspace_client.h"
 
 namespace coverage {
@@ -39,16 +38,18 @@ class CJepCoverageCtrl : public CUiDebugCommandSink,
                          public CWSClient2,
                          public qal::ICoverageAutomation,
                          public CommandHost,
-                         public ImageWindows,
-                         public CoveredInstances {
+                         public WindowOwner,
+                         public MacroRecorderHost {
  public:
   /// Registers the control, its options and its commands with the IDE. The window is created later.
   CJepCoverageCtrl(qal::IQHost* host, CUiCustomizer* customizer);
   ~CJepCoverageCtrl() override;
 
   /// The column service's handles of the two editor columns.
-  void SetColumn(EditorColumn column, std::uint32_t handle) { marks->SetColumn(column, handle); }
-  LineMarks& Marks() { return *marks; }
+  void SetColumn(EditorColumn column, std::uint32_t handle) { Marks().SetColumn(column, handle); }
+  LineMarks& Marks() { return windows->Marks(); }
+  CoverageWindows& Windows() { return *windows; }
+  ImageWindows& Images() { return *windows; }
 
   // What the debugger's events ask for.
   /// Every window takes in the debugger's report; then, while no program runs, the panes list themselves
@@ -60,10 +61,8 @@ class CJepCoverageCtrl : public CUiDebugCommandSink,
   /// The target was reset: caches dropped, a clear that waits is carried out, the columns are refreshed.
   void OnReset();
   /// Recomputes every percentage and redraws every pane.
-  void RefreshAllStatistics();
-  void RedrawPanes();
-  /// Forgets the disassembly.
-  void DropCaches();
+  void RefreshAllStatistics() { windows->RefreshAllStatistics(); }
+  void RedrawPanes() { windows->RedrawPanes(); }
 
   // CommandHost
   qal::IQHost* Host() override { return host; }
@@ -73,12 +72,18 @@ class CJepCoverageCtrl : public CUiDebugCommandSink,
   void BringUpToDate() override;
   void UpdateCoverageSwitch() override;
 
-  // ImageWindows
-  std::vector<const CoverageWindow*> OpenWindows() override;
-  DisassemblyCache& Instructions() override { return instructions; }
+  // WindowOwner
+  platform::Window& SinkWindow() override { return *this; }
+  void AdoptPane(std::unique_ptr<CUiChildWindow> pane) override { AddChild(std::move(pane)); }
+  void DisposePane(CUiChildWindow& pane) override { RemoveChild(pane); }
+  void SwitchCoverage() override { UpdateCoverageSwitch(); }
+  void ApplyDisplaySettings(DisplayClient& display) const override;
 
-  // CoveredInstances
-  std::vector<CoverageInstance*> AllInstances() override;
+  // MacroRecorderHost
+  std::uint32_t StartMacroTimer(std::uint32_t id, std::uint32_t milliseconds) override;
+  void StopMacroTimer(std::uint32_t id) override;
+  bool AskMacroQuestion(const std::string& question) override;
+  std::string LoadPath() const override { return windows->LoadPath(); }
 
   // Interfaces of the IDE. The workspace client is what QueryInterface answers with.
   qal::Status QueryInterface(const qal::Guid* iid, void** out) override;
@@ -104,22 +109,18 @@ class CJepCoverageCtrl : public CUiDebugCommandSink,
   qal::Status Save(qal::WideText path) override;
 
   void DestroyChildren() override;
+  /// Also takes the frame of a coverage window, and asks before its data go.
+  platform::LResult CloseChild(qal::WindowHandle window, platform::LParam second) override;
 
  protected:
   platform::LResult OnMessage(const platform::Message& message) override;
 
  private:
   platform::LResult OnCreate(const platform::Message& message);
-  // window_operations.cpp
-  void PromptSaveWindows();
-  void AfterProgramReload(bool forceZero);
-
   void OnOpenCoverage();
   void OnChangeSourceFile();
   void OnUpdateOpenCoverage(platform::CommandUpdate& update);
-
-  /// The display settings, applied to one client.
-  void ApplyDisplaySettings(DisplayClient& display) const;
+  platform::LResult OnTimer(const platform::Message& message);
 
   std::unique_ptr<CommandModel> model;
   qal::IQMessageOptions* messageOptions = nullptr;
@@ -127,18 +128,16 @@ class CJepCoverageCtrl : public CUiDebugCommandSink,
   qal::IQColumnService* columnService = nullptr;
   DisplayFont displayFont;
   std::unique_ptr<MessageOptions> options;
-  WindowTable windows;
   std::uint32_t sessionValue = 0;
   std::uint32_t clearPending = 0;
-  std::uint32_t reopenPending = 0;
   std::string sessionKey;
-  DisassemblyCache instructions;
   ProjectKeys projectKeys;
   ReportCollector collector;
   CoverageAutomation automation;
   std::vector<std::unique_ptr<CCoverageCommand>> commands;
   CCoverageCommand* coverageCommand = nullptr;
-  std::unique_ptr<LineMarks> marks;
+  MacroRecorder macro;
+  std::unique_ptr<CoverageWindows> windows;
 };
 
 }  // namespace coverage

@@ -18,7 +18,8 @@ CJepCoverageCtrl::CJepCoverageCtrl(qal::IQHost* hostObject, CUiCustomizer* custo
     : CUiDebugCommandSink(hostObject, customizerObject),
       sessionKey(kSessionKey),
       collector(hostObject),
-      automation(*this) {
+      automation(*this),
+      macro(hostObject, *this) {
   const platform::ResourceScope scope(Resources());
   if (host != nullptr) {
     host->Advise(&qal::iid::kWorkSpaceClient, static_cast<qal::IQWorkSpaceClient2*>(this));
@@ -34,7 +35,10 @@ CJepCoverageCtrl::CJepCoverageCtrl(qal::IQHost* hostObject, CUiCustomizer* custo
   options = std::make_unique<MessageOptions>(messageOptions);
 
   model = std::make_unique<CommandModel>(host);
-  marks = std::make_unique<LineMarks>(*this, *model, sourceService, columnService);
+  macro.ResetMacroState();
+  windows = std::make_unique<CoverageWindows>(
+      *this, CoverageWindows::Parts{host, customizer, settings, *options, macro, projectKeys}, *model,
+      sourceService, columnService);
   commands = MakeCoverageCommands(*this);
   coverageCommand = commands.empty() ? nullptr : commands.front().get();
 
@@ -46,6 +50,7 @@ CJepCoverageCtrl::CJepCoverageCtrl(qal::IQHost* hostObject, CUiCustomizer* custo
 CJepCoverageCtrl::~CJepCoverageCtrl() {
   const platform::ResourceScope scope(Resources());
   options->Withdraw();
+  model->commandStore().RemoveRange();
   // The listings of "coverage_display" read the model: they end with their command, before the model goes.
   while (!commands.empty()) commands.erase(commands.begin());
   if (host != nullptr) {
@@ -58,9 +63,8 @@ CJepCoverageCtrl::~CJepCoverageCtrl() {
 }
 
 void CJepCoverageCtrl::DestroyChildren() {
-  marks->Refresh();
+  windows->CloseAll();
   CUiDebugCommandSink::DestroyChildren();
-  windows.clear();
 }
 
 platform::LResult CJepCoverageCtrl::OnCreate(const platform::Message& message) {

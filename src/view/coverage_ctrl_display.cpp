@@ -24,9 +24,9 @@ qal::Status CJepCoverageCtrl::SetColours(qal::WideText category, std::uint32_t f
   CUiDebugCommandSink::SetColours(category, foreground, background);
   return InterfaceCall([&] {
     const std::string name = platform::Narrow(category);
-    for (const OpenWindow& window : windows) {
-      window.display->ApplyColours(name, static_cast<std::int32_t>(foreground),
-                                   static_cast<std::int32_t>(background));
+    for (CoverageWindows::StatisticsPane* window : windows->Windows()) {
+      window->ApplyColours(name, static_cast<std::int32_t>(foreground),
+                           static_cast<std::int32_t>(background));
     }
     if (name == kTextCategory) WriteDisplayColours(settings, textFore, textBack);
     return qal::kOk;
@@ -36,8 +36,8 @@ qal::Status CJepCoverageCtrl::SetColours(qal::WideText category, std::uint32_t f
 qal::Status CJepCoverageCtrl::SetFont(qal::WideText face, std::uint32_t size) {
   return InterfaceCall([&] {
     displayFont = {std::u16string(qal::TextView(face)), static_cast<std::int32_t>(size)};
-    for (const OpenWindow& window : windows) {
-      window.display->ApplyFont(platform::Narrow(face), displayFont.size);
+    for (CoverageWindows::StatisticsPane* window : windows->Windows()) {
+      window->ApplyFont(platform::Narrow(face), displayFont.size);
     }
     WriteDisplayFont(settings, displayFont);
     return qal::kOk;

@@ -1,30 +1,35 @@
 #include "view/active_session.h"
 #include "view/coverage_ctrl.h"
 
-// What happens to the windows when the program or the target begins anew.
+// What the debugger's events ask of the windows.
 
 namespace coverage {
 
+void CJepCoverageCtrl::CollectCoverage() {
+  const std::vector<CoverageInstance*> instances = windows->AllInstances();
+  if (collector.Collect(instances, model.get()) && ExecutionHalted()) windows->RefreshPanes();
+}
+
 void CJepCoverageCtrl::OnDownload() {
-  DropCaches();
+  windows->DropCaches();
   if (ComponentActive(host)) {
-    PromptSaveWindows();
-    AfterProgramReload(true);
+    windows->PromptSaveWindows();
+    windows->AfterProgramReload(true);
     model->ClearAll();
   } else {
     clearPending = 1;
   }
-  marks->Refresh();
+  Marks().Refresh();
 }
 
 void CJepCoverageCtrl::OnReset() {
-  DropCaches();
+  windows->DropCaches();
   if (clearPending != 0 && ComponentActive(host)) {
-    AfterProgramReload(false);
+    windows->AfterProgramReload(false);
     model->ClearAll();
     clearPending = 0;
   }
-  marks->DropLineMarks();
+  Marks().DropLineMarks();
 }
 
 }  // namespace coverage

@@ -158,9 +158,13 @@ void LineMarks::RefreshFile(std::string_view file, std::uint32_t handle) {
   columns_->RefreshLines(&text, handle, kFirstLine, kToTheEnd);
 }
 
-void LineMarks::Refresh() {
+void LineMarks::ForgetInstances() {
   instancesKnown_ = false;
   instances_.Clear();
+}
+
+void LineMarks::Refresh() {
+  ForgetInstances();
   commandCount_ = 0;
   lastCommandId_ = 0;
   commandRanges_.Clear();

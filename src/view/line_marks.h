@@ -59,6 +59,8 @@ class LineMarks {
   /// Drops all marks and has the lines of every file that had some asked for again. Instances and their
   /// ranges are looked up anew afterwards: to be called (or DropLineMarks) before an instance goes away.
   void Refresh();
+  /// To be called before an instance goes away or gets another range; the marks stay.
+  void ForgetInstances();
   /// Refresh, then has the columns brought up to date.
   void DropLineMarks();
 
