@@ -270,11 +270,12 @@ void DwarfReader::FinishFunctions() {
     }
     if (program_.IsDataInCode(function.start)) continue;
     const Program::LineRow* row = program_.RowAt(function.start);
-    if (function.name.empty()) {
-      const Symbol* symbol = program_.SymbolAt(function.start);
-      function.name =
-          symbol != nullptr && symbol->address == function.start ? symbol->name : HexText(function.start);
-    }
+    // Code of unnamed namespaces has its full name in the symbol table only.
+    const Symbol* symbol = program_.SymbolAt(function.start);
+    if (symbol != nullptr && symbol->address == function.start &&
+        (function.name.empty() || symbol->name.ends_with("::" + function.name)))
+      function.name = symbol->name;
+    if (function.name.empty()) function.name = HexText(function.start);
     if (function.line == 0 && row != nullptr) function.line = row->line;
     const std::int64_t file = row != nullptr ? static_cast<std::int64_t>(row->file) : found_[i].file;
     program_.functions_.push_back(function);

@@ -99,6 +99,14 @@ const Symbol* Program::FindSymbol(std::string_view name) const {
   return place == symbolByName_.end() ? nullptr : &symbols_[place->second];
 }
 
+bool Program::InOneSegment(std::uint32_t first, std::uint32_t second) const {
+  if (first == second) return true;
+  return std::any_of(segments_.begin(), segments_.end(), [&](const Segment& segment) {
+    return first - segment.virtualAddress < segment.memorySize &&
+           second - segment.virtualAddress < segment.memorySize;
+  });
+}
+
 const Symbol* Program::SymbolAt(std::uint32_t address) const {
   const auto above =
       std::upper_bound(symbols_.begin(), symbols_.end(), address,
@@ -110,7 +118,8 @@ const Symbol* Program::SymbolAt(std::uint32_t address) const {
   for (auto at = above; at != symbols_.begin() && std::prev(at)->address == closest; --at) {
     const Symbol& symbol = *std::prev(at);
     const auto rank = [](const Symbol& s) { return 2 * static_cast<int>(s.kind) + (s.global ? 0 : 1); };
-    if (symbol.size != 0 && address - symbol.address >= symbol.size) continue;
+    if (symbol.size != 0 ? address - symbol.address >= symbol.size : !InOneSegment(symbol.address, address))
+      continue;
     if (best == nullptr || rank(symbol) <= rank(*best)) best = &symbol;
   }
   return best;

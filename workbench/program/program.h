@@ -108,8 +108,7 @@ class Program {
   const std::vector<Symbol>& Symbols() const { return symbols_; }
   /// Global before local, function before object; null when there is none.
   const Symbol* FindSymbol(std::string_view name) const;
-  /// The symbol that covers `address`: the closest one at or below it whose size (or the next symbol) reaches
-  /// it.
+  /// The closest symbol at or below `address` when it covers it: by its size, else to the end of its segment.
   const Symbol* SymbolAt(std::uint32_t address) const;
 
   // --- functions and lines ---
@@ -157,6 +156,7 @@ class Program {
   Program() = default;
   int FileIndex(std::string_view name) const;
   const LineRow* RowAt(std::uint32_t address) const;
+  bool InOneSegment(std::uint32_t first, std::uint32_t second) const;
   const std::vector<std::string>* TextOf(int fileIndex) const;
 
   std::string file_;

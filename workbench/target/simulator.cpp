@@ -99,11 +99,13 @@ StopReport Simulator::RunUntil(std::uint64_t count, std::optional<std::uint32_t>
 }
 
 std::uint32_t Simulator::ItInstructionOf(std::uint32_t address) const {
-  const Function* function = program_->FunctionAt(address);
-  if (function == nullptr) return address;
+  std::uint32_t start = address;
+  for (const AddressRange& code : program_->CodeRanges())
+    if (code.start <= address && address <= code.last) start = code.start;
+  if (const Function* function = program_->FunctionAt(address)) start = function->start;
   std::uint32_t it = 0;
   unsigned members = 0;
-  for (std::uint32_t at = function->start; at < address;) {
+  for (std::uint32_t at = start; at < address;) {
     if (program_->IsDataInCode(at)) {
       members = 0;
       at += 2;
