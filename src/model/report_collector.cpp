@@ -1,5 +1,6 @@
 #include "model/report_collector.h"
 
+#include <algorithm>
 #include <mutex>
 #include <vector>
 
@@ -22,6 +23,35 @@ std::uint32_t TraceStart(qal::IQHost* host) {
   if (service == nullptr || qal::Failed(service->GetAddress(0, &address))) return 0;
   return address;
 }
+
+/// Tables by address, so that a pair of a report meets only those that hold it.
+class TablesByAddress {
+ public:
+  explicit TablesByAddress(std::span<CoverageCounts* const> stores) {
+    for (CoverageCounts* store : stores) {
+      if (store->table().cellCount() != 0) tables_.push_back({store->table().start(), 0, &store->table()});
+    }
+    std::sort(tables_.begin(), tables_.end(), [](const auto& a, const auto& b) { return a.start < b.start; });
+    std::uint32_t reach = 0;
+    for (Entry& entry : tables_) entry.reach = reach = std::max(reach, entry.table->end());
+  }
+
+  void AddOne(std::uint32_t address, std::uint64_t count, std::uint32_t bits) const {
+    auto entry =
+        std::upper_bound(tables_.begin(), tables_.end(), address,
+                         [](std::uint32_t wanted, const Entry& each) { return wanted < each.start; });
+    while (entry != tables_.begin() && (--entry)->reach >= address)
+      entry->table->AddOne(address, count, bits);
+  }
+
+ private:
+  struct Entry {
+    std::uint32_t start;
+    std::uint32_t reach;  ///< last address of all tables up to this one
+    CoverageCellTable* table;
+  };
+  std::vector<Entry> tables_;
+};
 
 }  // namespace
 
@@ -61,10 +91,9 @@ bool ReportCollector::Collect(std::span<CoverageInstance* const> instances, Comm
   if (hasPath) {
     AddPath(from, Block(path, pathCount), stores);
   } else {
-    for (CoverageCounts* store : stores) {
-      store->table().AddCounts(Block(counts, countCount));
-      store->table().OrPass(Block(pass, passCount));
-    }
+    const TablesByAddress tables(stores);
+    for (const auto& [address, count] : Block(counts, countCount)) tables.AddOne(address, count, 0);
+    for (const auto& [address, bits] : Block(pass, passCount)) tables.AddOne(address, 0, bits);
   }
   if (commands != nullptr && commands->readers_ > 0) commands->SettleStores();
   return true;

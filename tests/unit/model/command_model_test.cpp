@@ -168,6 +168,7 @@ TEST_F(CommandModelTest, AReaderRunsBesideEveryChange) {
   CoverageInstance instance(&host, 0x1000, 0x12FF, "", 1);
   instance.counts->SetRange(0x1000, 0x12FF);
   model.SetStoreRange(0x1000, 0x10FF);
+  target.traceStart.address = 0x1000;
   target.path.pairs = {{0x12FE, 0x1000}, {0x12FE, 0x1000}};
   std::atomic<bool> stop{false};
   std::atomic<int> rows{0};
@@ -193,7 +194,7 @@ TEST_F(CommandModelTest, AReaderRunsBesideEveryChange) {
     EXPECT_GT(instance.counts->Lookup(0x1000)->times, 0u);
     if (i % 3 == 0) model.OpenFile(kFile, false);
     if (i % 3 == 1) model.RemoveAllWindows();
-    model.SetStoreRange(0x1000, i % 2 == 0 ? 0x10FF : 0x1FF);
+    model.SetStoreRange(0x1000, i % 2 == 0 ? 0x10FF : 0x11FF);
     model.SetStoreEnabled(true);
     if (i % 5 == 0) model.ClearAll();
     model.SetAllWindowsEnabled(i % 2 == 0);

@@ -163,6 +163,35 @@ TEST_F(CollectionTest, TheCountServiceAnswersWhenThePathServiceDoesNot) {
   EXPECT_EQ(Pictures(), "m1s0 0:7/3 | m1s0 | m1s0 32:9/0 | 16:8/0 ");
 }
 
+TEST_F(CollectionTest, ACountReportReachesOverlappingRanges) {
+  UseCounts();
+  std::mt19937 random(8);
+  const auto pick = [&](std::uint32_t low, std::uint32_t high) {
+    return std::uniform_int_distribution<std::uint32_t>(low, high)(random);
+  };
+  for (int round = 0; round < 60; ++round) {
+    std::vector<literal::Table> oracles(all.size());
+    for (std::size_t i = 0; i < all.size(); ++i) {
+      const std::uint32_t start = pick(0, 0x60), end = start + pick(0, 0x60);
+      all[i]->SetEnabled(1);
+      all[i]->counts->SetRange(start, end);
+      oracles[i].Layout(start, end);
+    }
+    count.counts.clear();
+    count.flags.clear();
+    for (int i = 0; i < 30; ++i) {
+      count.counts.push_back({pick(0, 0xD0), pick(0, 3)});
+      count.flags.push_back({pick(0, 0xD0), pick(0, 3)});
+    }
+    ASSERT_TRUE(collector.Collect(all, nullptr));
+    for (std::size_t i = 0; i < all.size(); ++i) {
+      for (const auto& [address, value] : count.counts) oracles[i].AddOne(address, value, 0);
+      for (const auto& [address, value] : count.flags) oracles[i].AddOne(address, 0, value);
+      ASSERT_EQ(literal::Picture(all[i]->counts->table()), literal::Picture(oracles[i])) << "round " << round;
+    }
+  }
+}
+
 TEST_F(CollectionTest, NothingIsModifiedWhenNobodyAnswers) {
   log.FailCall(1, "path.GetPath");
   EXPECT_FALSE(collector.Collect(all, &model));
