@@ -4,6 +4,7 @@
 #include <pwd.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <climits>
 #include <cstdlib>
 #include <memory>
@@ -110,6 +111,7 @@ std::string ToNative(std::string_view path) {
   std::string native = HasDrive(absolute) ? DriveRoot() : std::string{};
   for (const std::string_view name : Names(rest)) native += "/" + ToUtf8(name);
   if (native.empty()) native = "/";
+  std::replace(native.begin(), native.end(), '\0', '?');  // a zero would cut the name short
   return native.size() < kLongestNative ? ResolveCase(native) : native;
 }
 

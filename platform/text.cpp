@@ -145,7 +145,6 @@ std::size_t FindLastChar(std::string_view text, char wanted) {
 std::size_t FindText(std::string_view text, std::string_view wanted, std::size_t from) {
   for (std::size_t i = from; i + wanted.size() <= text.size(); i = NextChar(text, i)) {
     if (text.compare(i, wanted.size(), wanted) == 0) return i;
-    if (i == text.size()) break;
   }
   return std::string_view::npos;
 }

@@ -69,6 +69,8 @@ TEST(Paths, DrivesLieBelowTheirRootAndBack) {
   EXPECT_EQ(ToNative("C:\\a\\b.c"), disk.root() + "/a/b.c");
   EXPECT_EQ(ToNative("d:/a//b.c"), disk.root() + "/a/b.c");
   EXPECT_EQ(ToNative("C:\\..\\..\\etc"), disk.root() + "/etc") << "no way out of a drive";
+  EXPECT_EQ(ToNative(std::string_view("C:\\a\0b", 6)), disk.root() + "/a?b")
+      << "a zero does not cut the name";
   EXPECT_EQ(ToNative("\\\\usr\\no-such"), "/usr/no-such");
   EXPECT_EQ(FromNative(disk.root() + "/a/b.c"), "C:\\a\\b.c");
   EXPECT_EQ(FromNative(disk.root()), "C:\\");
