@@ -1,6 +1,5 @@
 #include "commands/command.h"
 
-#include <exception>
 #include <memory>
 #include <utility>
 
@@ -61,7 +60,7 @@ qal::Status CCmd::GetCommandNames(qal::VariantArray** list) {
   *list = nullptr;
   try {
     *list = platform::NewTextArray(names);
-  } catch (const std::exception&) {
+  } catch (...) {
   }
   return *list != nullptr ? qal::kOk : qal::kFail;
 }
@@ -90,7 +89,7 @@ qal::Status CCmd::ExecuteCommand(qal::WideText arguments, char16_t** result, cha
       }
       outcome = DoCommand(line, text, moreInput);
     }
-  } catch (const std::exception&) {
+  } catch (...) {
     outcome = qal::kFail;
   }
   // What one line was given to is nothing to the next.

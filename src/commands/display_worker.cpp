@@ -1,6 +1,5 @@
 #include "commands/display_worker.h"
 
-#include <exception>
 #include <string>
 #include <thread>
 
@@ -49,7 +48,7 @@ class DisplayWorkers::Listing {
         WriteRows(*window);
       }
       if (rows_ == 0) Write(nothingText_);
-    } catch (const std::exception&) {
+    } catch (...) {
       // Out of memory: the listing ends here, and says that it does.
     }
     if (output_ != nullptr) output_->EndOutput(platform::Wide({}).get());

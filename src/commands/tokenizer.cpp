@@ -12,7 +12,7 @@ void ReadQuoted(std::string_view& cursor, std::string& token) {
     const std::size_t quote = cursor.find('"');
     token.append(cursor.substr(0, quote));
     if (quote == std::string_view::npos) {
-      cursor = {};
+      cursor.remove_prefix(cursor.size());
       return;
     }
     token.push_back('"');
@@ -39,11 +39,7 @@ void NextToken(std::string_view& cursor, std::string& token, TokenKind& kind) {
   const std::size_t end = platform::FindChar(cursor, braced ? '}' : ' ');
   token = cursor.substr(0, end);
   // The brace is used up with the token; the blank stays for the next one.
-  if (end == std::string_view::npos) {
-    cursor = {};
-  } else {
-    cursor.remove_prefix(end + (braced ? 1 : 0));
-  }
+  cursor.remove_prefix(end == std::string_view::npos ? cursor.size() : end + (braced ? 1 : 0));
 }
 
 bool OnlyBlanksRemain(std::string_view cursor) {

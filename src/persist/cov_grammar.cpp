@@ -53,17 +53,47 @@ bool EightDecimalDigits(const char* at, std::uint32_t& value) {
   return true;
 }
 
+/// Eight hexadecimal digits of either case, all at once; false when one of them is none.
 bool EightHexDigits(const char* at, std::uint32_t& value) {
-  std::uint32_t sum = 0;
-  std::uint32_t bad = 0;
-  for (int i = 0; i < 8; ++i) {
-    const std::uint32_t digit = kHexValues[static_cast<unsigned char>(at[i])];
-    bad |= digit;
-    sum = sum << 4 | (digit & 15);
-  }
-  if (bad & 0xF0) return false;
-  value = sum;
+  constexpr std::uint64_t kEach = 0x0101010101010101U;
+  const std::uint64_t word = Load8(at);
+  // In each byte: the digit's value, or the letter's place in the alphabet; high bits say that it is neither.
+  const std::uint64_t digit = word ^ 0x30 * kEach;
+  const std::uint64_t letter = (word | 0x20 * kEach) ^ 0x60 * kEach;
+  const std::uint64_t noDigit = ((digit & 0x7F * kEach) + 0x76 * kEach) | digit;
+  const std::uint64_t place = letter & 0x7F * kEach;
+  const std::uint64_t noLetter = (place + 0x79 * kEach) | letter | ~(place + 0x7F * kEach);
+  if ((noDigit & noLetter & 0x80 * kEach) != 0) return false;
+  std::uint64_t sum = (word & 0x0F * kEach) + 9 * (word >> 6 & kEach);
+  sum = (sum * 0x10 + (sum >> 8)) & 0x00FF00FF00FF00FFU;
+  sum = (sum * 0x100 + (sum >> 16)) & 0x0000FFFF0000FFFFU;
+  value = static_cast<std::uint32_t>(sum * 0x10000 + (sum >> 32));
   return true;
+}
+
+/// States of the pass texts of one character; kNoPass for any other character.
+constexpr std::uint8_t kNoPass = 4;
+constexpr auto kShortPass = [] {
+  std::array<std::uint8_t, 256> states{};
+  states.fill(kNoPass);
+  states['-'] = 0;
+  states['T'] = 1;
+  states['F'] = 2;
+  return states;
+}();
+
+/// The pass column of a row with the TABs around it; what stands behind `length` is overwritten.
+struct PassColumn {
+  char text[8];
+  std::size_t length;
+};
+constexpr std::array<PassColumn, 4> kPassColumns = {
+    {{"\t-\t", 3}, {"\tT\t", 3}, {"\tF\t", 3}, {"\tT/F\t", 5}}};
+
+/// Whether a number stands at the front, so that a line of other text is no row.
+bool BeginsWithNumber(std::string_view text, bool hexadecimal) {
+  text = WithoutLeadingBlanks(text);
+  return !text.empty() && kHexValues[static_cast<unsigned char>(text.front())] < (hexadecimal ? 16 : 10);
 }
 
 std::uint32_t PassStateOf(std::string_view text) {
@@ -118,6 +148,7 @@ bool ParseTypedRow(std::string_view line, qal::CountPair& count, qal::CountPair&
   const std::size_t second = line.find('\t', first + 1);
   if (second == std::string_view::npos) return false;
   const std::string_view address = line.substr(second + 1);
+  if (!BeginsWithNumber(line.substr(0, first), false) || !BeginsWithNumber(address, true)) return false;
   count.value = ParseDecimal32(line.substr(0, first));
   pass.value = PassStateOf(line.substr(first + 1, second - first - 1));
   count.address = pass.address = ParseHex32(address.substr(0, address.find(' ')));
@@ -132,6 +163,7 @@ bool ParseUntypedRow(std::string_view line, qal::CountPair& count, qal::CountPai
   const std::size_t second = line.find(' ', passStart);
   if (second == std::string_view::npos || second + kColumnGap >= line.size()) return false;
   const std::string_view address = line.substr(second + kColumnGap);
+  if (!BeginsWithNumber(line, false) || !BeginsWithNumber(address, true)) return false;
   count.value = ParseDecimal32(line.substr(0, first));
   pass.value = PassStateOf(line.substr(passStart, second - passStart));
   count.address = pass.address = ParseHex32(address.substr(0, address.find(' ')));
@@ -139,38 +171,27 @@ bool ParseUntypedRow(std::string_view line, qal::CountPair& count, qal::CountPai
 }
 
 std::size_t ParseFastRow(const char* at, qal::CountPair& count, qal::CountPair& pass) {
-  if (at[8] != '\t') return 0;
-  std::uint32_t state;
-  std::size_t digits = 11;
-  if (at[10] == '\t') {
-    if (at[9] == '-') {
-      state = 0;
-    } else if (at[9] == 'T') {
-      state = 1;
-    } else if (at[9] == 'F') {
-      state = 2;
-    } else {
-      return 0;
-    }
-  } else if (std::memcmp(at + 9, "T/F\t", 4) == 0) {
-    state = 3;
-    digits = 13;
-  } else {
-    return 0;
+  std::uint32_t eight;
+  if (!EightDecimalDigits(at, eight)) return 0;
+  std::uint64_t times = eight;
+  const char* tab = at + 8;
+  for (int more = 0; more < 2 && *tab >= '0' && *tab <= '9'; ++more) {
+    times = times * 10 + static_cast<std::uint64_t>(*tab++ - '0');
   }
-  const char* end = at + digits + 8;
-  std::size_t length = digits + 9;
-  if (end[0] == '\r' && end[1] == '\n') {
-    ++length;
-  } else if (end[0] != '\n') {
-    return 0;
-  }
-  std::uint32_t times;
+  // Pass texts come in no order, so nothing here depends on which one it is.
+  const unsigned isBoth = std::memcmp(tab + 1, "T/F\t", 4) == 0;
+  const unsigned state = isBoth * 3U | kShortPass[static_cast<unsigned char>(tab[1])];
+  const unsigned known =
+      isBoth | (static_cast<unsigned>(tab[2] == '\t') & static_cast<unsigned>(state < kNoPass));
+  const char* const digits = tab + 3 + isBoth * 2U;
   std::uint32_t address;
-  if (!EightDecimalDigits(at, times) || !EightHexDigits(at + digits, address)) return 0;
-  count = {address, times};
+  if (*tab != '\t' || known == 0 || !EightHexDigits(digits, address)) return 0;
+  const char* end = digits + 8;
+  if (*end == '\r') ++end;
+  if (*end != '\n') return 0;
+  count = {address, times > 0xFFFFFFFFU ? 0xFFFFFFFFU : static_cast<std::uint32_t>(times)};
   pass = {address, state};
-  return length;
+  return static_cast<std::size_t>(end + 1 - at);
 }
 
 char* FormatDecimal8(char* out, std::uint64_t value) {
@@ -197,9 +218,13 @@ char* FormatRow(char* out, std::uint64_t count, std::uint32_t pass, std::string_
   *out++ = '\r';
   *out++ = '\n';
   out = FormatDecimal8(out, count);
-  *out++ = '\t';
-  for (const char c : PassText(pass & kPassMask)) *out++ = c;
-  *out++ = '\t';
+  const PassColumn& column = kPassColumns[pass & kPassMask];
+  std::memcpy(out, column.text, sizeof column.text);
+  out += column.length;
+  if (address.size() == 8) {
+    std::memcpy(out, address.data(), 8);
+    return out + 8;
+  }
   for (std::size_t i = address.size(); i < 8; ++i) *out++ = '0';
   std::memcpy(out, address.data(), address.size());
   return out + address.size();
