@@ -1,0 +1,102 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "commands/command_host.h"
+#include "commands/coverage_command.h"
+#include "doubles/command.h"
+#include "doubles/host.h"
+#include "doubles/ide_services.h"
+#include "doubles/message_boxes.h"
+#include "doubles/project_services.h"
+#include "doubles/scratch_disk.h"
+#include "doubles/target.h"
+
+namespace coverage {
+
+/// A debugger that registers no range.
+struct RefusesRanges final : doubles::StubPathCoverage {
+  qal::Status AddRange(std::uint32_t, std::uint32_t) override { return qal::kFail; }
+};
+
+/// Commands over a small program: "main" and "step" of C:\space\demo\main.c in the project's directory.
+class CommandWorld : public CommandHost {
+ public:
+  static constexpr const char* kSource = "C:\\space\\demo\\main.c";
+
+  CommandWorld() {
+    target.OfferTo(host);
+    host.Offer(workspace);
+    host.Offer(project);
+    host.Offer(errors);
+    host.Offer(registry);
+    target.Fill(0x1000, 0x1010);
+    target.Fill(0x2000, 0x2008);
+    target.Function(kSource, "main", 0x1000, 0x1003);
+    target.Function(kSource, "step", 0x1004, 0x1007);
+    target.expression.names.clear();
+    target.addressText.names.clear();
+    disk.Put("space/demo/empty.txt", "");
+    commands = MakeCoverageCommands(*this);
+  }
+
+  qal::IQHost* Host() override { return &host; }
+  CommandModel& Model() override { return model; }
+  ProjectKeys& Keys() override { return keys; }
+  void RefreshViews() override { calls += "refresh "; }
+  void BringUpToDate() override { calls += "update "; }
+  void UpdateCoverageSwitch() override { calls += "switch "; }
+
+  /// Executes a line by its command's short or full name: the result and, behind " !", a failure; then the
+  /// lines written and the boxes shown.
+  std::string Run(const std::string& line, qal::IQCommandOutput* sink = nullptr) {
+    CCoverageCommand* command = Named(line.substr(0, line.find(' ')));
+    if (command == nullptr) return "no such command";
+    doubles::StubCommandOutput output;
+    char16_t* result = nullptr;
+    char16_t* prompt = nullptr;
+    qal::Flag wantsMore = qal::kTrue;
+    const platform::Wide wide(line);
+    const qal::Status status = command->ExecuteCommand(wide.get(), &result, &prompt, &wantsMore, &statusWord,
+                                                       sink != nullptr ? sink : &output);
+    std::string picture = platform::Narrow(qal::WideText{result}) + (qal::Failed(status) ? " !" : "");
+    if (wantsMore != qal::kFalse || qal::TextLength(prompt) != 0) picture += " wants more";
+    qal::FreeText(result);
+    qal::FreeText(prompt);
+    for (const std::string& more : {output.Text(), boxes.Take()}) {
+      if (!more.empty()) picture += "\n" + more.substr(0, more.size() - 1);
+    }
+    return picture;
+  }
+
+  CCoverageCommand* Named(const std::string& name) {
+    for (const auto& command : commands) {
+      qal::VariantArray* list = nullptr;
+      command->GetCommandNames(&list);
+      const std::vector<std::string> names = platform::TextsOf(list);
+      qal::FreeVariantArray(list);
+      if (names[0] == name || names[1] == name) return command.get();
+    }
+    return nullptr;
+  }
+
+  doubles::ScratchDisk disk;
+  doubles::RecordingBoxes boxes;
+  doubles::CallLog log;
+  doubles::HostDouble host{log};
+  doubles::TargetDouble target;
+  doubles::StubWorkspace workspace;
+  doubles::StubProject project;
+  doubles::StubErrorText errors;
+  doubles::StubCommandRegistry registry{log};
+  RefusesRanges refuses;
+  CommandModel model{&host};
+  ProjectKeys keys;
+  std::string calls;
+  std::uint16_t statusWord = 1;
+  std::vector<std::unique_ptr<CCoverageCommand>> commands;
+};
+
+}  // namespace coverage
