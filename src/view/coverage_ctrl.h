@@ -96,6 +96,9 @@ class CJepCoverageCtrl : public CUiDebugCommandSink,
   using platform::Window::SetFont;
   qal::Status SetFont(qal::WideText face, std::uint32_t size) override;
 
+  qal::Status OnSessionOpened(qal::WideText first, qal::WideText second, qal::WideText third,
+                              qal::WideText fourth) override;
+  qal::Status OnSessionSaving(qal::WideText first, qal::WideText second, qal::WideText third) override;
   qal::Status GetSessionValue(std::uintptr_t a, std::uintptr_t b, std::uintptr_t c,
                               std::uint32_t* value) override;
 
@@ -131,6 +134,7 @@ class CJepCoverageCtrl : public CUiDebugCommandSink,
   std::uint32_t sessionValue = 0;
   std::uint32_t clearPending = 0;
   std::string sessionKey;
+  std::vector<std::string> sessionTexts;  ///< that the open session was named with
   ProjectKeys projectKeys;
   ReportCollector collector;
   CoverageAutomation automation;

@@ -90,6 +90,8 @@ class CoverageWindows final : public PaneHost,
   void RefreshAllStatistics();
   void AfterProgramReload(bool forceZero);
   void PromptSaveWindows();
+  /// What the person is asked before a window is saved.
+  std::string SaveQuestion(const StatisticsPane& window) const;
   void ChangeSourceFile();
 
   // Closing.
@@ -175,7 +177,6 @@ class CoverageWindows final : public PaneHost,
   void Forget(StatisticsPane& window);
   StatisticsPane* WindowOfFrame(qal::WindowHandle frame) const;
   bool HasUnsavedData(const StatisticsPane& window) const;
-  std::string SaveQuestion(const StatisticsPane& window) const;
   std::string AddressTextOf(std::uint32_t address) const;
   void OpenAnotherFile();
   std::vector<std::string> RecentFiles() const;
