@@ -15,8 +15,9 @@ constexpr std::chrono::milliseconds kShortestPeriod{10};
 }  // namespace
 
 Desktop& Desktop::Get() {
-  static Desktop desktop;
-  return desktop;
+  // Never destroyed: windows of static life outlive whatever was made later than they.
+  static Desktop* const desktop = new Desktop;
+  return *desktop;
 }
 
 bool Desktop::OnOwnThread(bool adopt) {

@@ -31,7 +31,8 @@ Dialog::~Dialog() { Destroy(); }
 
 int Dialog::DoModal(Window* owner) {
   const DialogTemplate* resource = template_ ? template_ : LoadDialog(templateId_);
-  if (!resource || Exists() || (owner && !owner->Exists())) return -1;
+  if (!resource || Exists()) return -1;
+  if (owner && !owner->Exists()) owner = nullptr;
   const Desktop::Busy busy;
   ended_ = false;
   result_ = static_cast<int>(kIdCancel);

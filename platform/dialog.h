@@ -40,7 +40,8 @@ class PLATFORM_API Dialog : public Window {
   /// Builds window and controls, runs OnInitDialog, puts the focus on the first control that takes it unless
   /// OnInitDialog did, disables `owner`, and lets the presenter act until the dialog has ended; when it will
   /// not go on, the dialog is cancelled. Gives the result of EndDialog; kIdCancel when the window was
-  /// destroyed instead or there is no presenter; -1 when there is no template. Can be called again.
+  /// destroyed instead or there is no presenter; -1 when there is no template. An owner that is no
+  /// window (any more) is as good as none. Can be called again.
   int DoModal(Window* owner = nullptr);
   /// The window stays until the handler that calls this has returned. The first call counts.
   void EndDialog(int result);

@@ -134,7 +134,8 @@ void ListView::FitColumnToHeading(int index) {
 void ListView::LayOutHeader() {
   int width = 0;
   for (const Column& column : header_.columns_) width += column.width;
-  if (header_.Exists()) header_.Move({0, 0, std::max(width, ClientRect().Width()), HeaderHeight()});
+  // Never empty: a header whose columns are all hidden still has its menu.
+  if (header_.Exists()) header_.Move({0, 0, std::max({width, ClientRect().Width(), 1}), HeaderHeight()});
   Touch(&ListChanges::columns);
 }
 

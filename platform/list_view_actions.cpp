@@ -91,7 +91,7 @@ void ListView::MoveBy(std::uint32_t virtualKey) {
   const int page = std::max(1, RowsPerPage());
   const int now = focusRow_;
   const int bottom = top_ + page - 1;
-  int next = now;
+  int next;
   switch (virtualKey) {
     case key::kUp:
       next = now - 1;

@@ -229,7 +229,10 @@ std::string Picture(const FileDialogRequest& request) {
   if (!request.fileName.empty()) text += " name \"" + request.fileName + "\"";
   const char* separator = ": ";
   for (const auto& [name, pattern] : FilterEntries(request.filter)) {
-    text += separator + name + " " + pattern;
+    text += separator;
+    text += name;
+    text += " ";
+    text += pattern;
     separator = ", ";
   }
   return text + "\n";

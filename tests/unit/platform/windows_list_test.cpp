@@ -239,6 +239,11 @@ TEST_F(Lists, ContextMenuSaysWhereItWasAsked) {
   };
   EXPECT_TRUE(list.ContextMenuOnHeader(1));
   EXPECT_EQ(asked, "header, on the header");
+  list.SetColumnWidth(0, 0);
+  list.SetColumnWidth(1, 0);
+  list.Move({30, 40, 30, 200});
+  EXPECT_TRUE(list.ContextMenuOnHeader(0));
+  EXPECT_EQ(asked, "header, on the header") << "with every column hidden";
   EXPECT_TRUE(list.ContextMenuOnRow(3));
   EXPECT_EQ(asked, "list");
   EXPECT_EQ(list.SelectedRow(), 3);
