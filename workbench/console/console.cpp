@@ -1,0 +1,223 @@
+#include "workbench/console/console.h"
+
+#include <csignal>
+#include <new>
+
+#include "platform/queue.h"
+#include "platform/text.h"
+#include "workbench/services/expression_evaluator.h"
+
+namespace workbench {
+namespace {
+
+volatile std::sig_atomic_t interrupted = 0;
+struct sigaction actionBefore;
+
+constexpr std::chrono::milliseconds kPatience{100};
+/// A person who has pressed Ctrl-C so often wants the command to be left alone.
+constexpr int kInterruptsToAbandon = 3;
+
+/// Command output and texts of boxes come with line ends of their own.
+std::vector<std::string> LinesOf(std::string_view text) {
+  std::vector<std::string> lines;
+  while (!text.empty()) {
+    const std::size_t end = text.find('\n');
+    std::string line(text.substr(0, end));
+    while (!line.empty() && line.back() == '\r') line.pop_back();
+    lines.push_back(std::move(line));
+    if (end == std::string_view::npos) break;
+    text.remove_prefix(end + 1);
+  }
+  return lines;
+}
+
+}  // namespace
+
+InterruptScope::InterruptScope() {
+  interrupted = 0;
+  struct sigaction action {};
+  action.sa_handler = [](int) { interrupted = 1; };
+  sigemptyset(&action.sa_mask);
+  sigaction(SIGINT, &action, &actionBefore);
+}
+
+InterruptScope::~InterruptScope() { sigaction(SIGINT, &actionBefore, nullptr); }
+
+bool InterruptScope::Taken() {
+  if (!interrupted) return false;
+  interrupted = 0;
+  return true;
+}
+
+std::vector<VerbGroup> AllVerbs() {
+  return {{"Program", ProgramVerbs()},  {"Debugger", DebuggerVerbs()},
+          {"Commands", CommandVerbs()}, {"Windows", WindowVerbs()},
+          {"Editors", EditorVerbs()},   {"Settings, macros, sessions, tests", SettingVerbs()},
+          {"General", GeneralVerbs()}};
+}
+
+const Verb* FindVerb(std::string_view name) {
+  for (const VerbGroup& group : AllVerbs()) {
+    for (const Verb& verb : group.verbs) {
+      if (SameWord(verb.name, name)) return &verb;
+    }
+  }
+  return nullptr;
+}
+
+Console::Console(LineSource& lines, std::ostream& out, Options options)
+    : lines_(lines),
+      out_(out),
+      options_(options),
+      presenter_([this] { return ReadAnswer(); }, [this](std::string_view text) { Print(text); }),
+      presenterScope_(presenter_) {}
+
+void Console::Print(std::string_view text) {
+  if (text.empty()) out_ << '\n';
+  for (const std::string& line : LinesOf(text)) out_ << line << '\n';
+}
+
+bool Console::StopAsked() { return InterruptScope::Taken(); }
+
+void Console::ShowSource(const std::string& file, std::uint32_t line) {
+  Print("editor: " + ide_->OpenProject().Shown(file) + " line " + std::to_string(line));
+}
+
+void Console::ShowAddress(std::uint32_t address) {
+  Print(platform::Format("editor: disassembly at %08x", address));
+}
+
+std::optional<std::string> Console::ReadLine(const std::string& prompt) {
+  out_.flush();
+  auto line = lines_.Next(prompt);
+  if (line && !lines_.Interactive()) Print(line->empty() ? ">" : "> " + *line);
+  return line;
+}
+
+std::optional<std::string> Console::ReadAnswer() {
+  if (presenter_.Errors() > presenterErrors_) {
+    presenterErrors_ = presenter_.Errors();
+    ++failures_;
+    if (!Interactive() && !options_.keepGoing) failed_ = quit_ = true;
+  }
+  if (quit_) return std::nullopt;
+  return ReadLine("answer> ");
+}
+
+void Console::Fail(const std::string& reason) {
+  Print("error: " + reason);
+  ++failures_;
+  if (!Interactive() && !options_.keepGoing) failed_ = quit_ = true;
+}
+
+int Console::Run() {
+  while (!quit_) {
+    std::optional<std::string> line;
+    try {
+      line = ReadLine(pending_ ? pendingPrompt_ : "> ");
+    } catch (const std::exception& error) {
+      Fail(error.what());
+      failed_ = true;
+      break;
+    }
+    if (!line) break;
+    Execute(*line);
+  }
+  out_.flush();
+  return failed_ ? 1 : 0;
+}
+
+void Console::Settle() {
+  platform::PumpPosted();
+  if (presenter_.Errors() > presenterErrors_) {
+    presenterErrors_ = presenter_.Errors();
+    ++failures_;
+    if (!Interactive() && !options_.keepGoing) failed_ = quit_ = true;
+  }
+}
+
+bool Console::Execute(const std::string& line) {
+  const int before = failures_;
+  try {
+    if (pending_) {
+      RunCommand(line);
+    } else {
+      Words words(line);
+      const std::string first = words.Peek();
+      if (words.Empty() || (!first.empty() && first[0] == '#')) return true;
+      if (ide_->Commands().Find(first)) {
+        RunCommand(line);
+      } else {
+        const Verb* verb = FindVerb(first);
+        if (!verb) throw VerbError(first + " is no command and no verb; help lists them");
+        words.Take("the verb");
+        verb->handler(*this, words);
+      }
+    }
+    Settle();
+  } catch (const std::bad_alloc&) {
+    Fail("there is not enough memory");
+  } catch (const std::exception& error) {
+    Fail(error.what());
+  }
+  return failures_ == before;
+}
+
+bool Console::RunCommand(const std::string& line, std::size_t limit) {
+  const InterruptScope interrupts;
+  auto* client = pending_ ? pending_ : ide_->Commands().Find(Words(line).Peek());
+  if (!client) throw VerbError(Words(line).Peek() + " is no command");
+  pending_ = nullptr;
+  CommandRun run(*client, line);
+  std::size_t lines = 0;
+  const auto show = [&](const std::string& text) {
+    for (const std::string& shown : LinesOf(text)) {
+      if (lines++ < limit) Print(shown);
+    }
+  };
+  std::string text;
+  while (run.Output().TryRead(text)) show(text);
+  for (int chances = kInterruptsToAbandon; run.InBackground() && !run.Output().Ended();) {
+    if (run.Output().Read(text, kPatience) == OutputQueue::Result::kLine) show(text);
+    if (!InterruptScope::Taken()) continue;
+    client->CancelCommand();
+    if (--chances == 0) throw VerbError("the command does not end");
+  }
+  if (lines > limit) Print("... " + std::to_string(lines - limit) + " more lines");
+  const auto result = LinesOf(run.ResultText());
+  if (run.Failed()) {
+    Print(result.empty() ? "failed:" : "failed: " + result[0]);
+    for (std::size_t i = 1; i < result.size(); ++i) Print(result[i]);
+  } else {
+    for (const std::string& shown : result) Print(shown);
+  }
+  if (run.WantsMore()) {
+    pending_ = client;
+    pendingPrompt_ = run.Prompt().empty() ? "more> " : run.Prompt();
+  }
+  return !run.Failed();
+}
+
+std::uint32_t Console::AddressOf(const std::string& expression) {
+  const auto debuggee = ide_->Debugger().Current();
+  const auto symbols = [&](std::string_view name) -> std::optional<std::uint64_t> {
+    const Symbol* symbol = debuggee ? debuggee->program->FindSymbol(platform::ToUtf8(name)) : nullptr;
+    if (!symbol) return std::nullopt;
+    return symbol->address;
+  };
+  const Evaluation result = Evaluate(expression, 16, symbols);
+  if (!result.value) throw VerbError(result.error);
+  const auto address = ToAddress(*result.value);
+  if (!address) throw VerbError(expression + " is no 32-bit address");
+  return *address;
+}
+
+void Console::KeepImage(const std::string& name, std::string image) { images_[name] = std::move(image); }
+
+const std::string& Console::ImageText(const std::string& name) const {
+  const auto found = images_.find(name);
+  if (found == images_.end()) throw VerbError("there is no image " + name + "; test image NAME keeps one");
+  return found->second;
+}
+
+}  // namespace workbench

@@ -1,0 +1,202 @@
+#include "platform/text.h"
+#include "platform/variant.h"
+#include "qal/test_client.h"
+#include "workbench/console/console.h"
+
+namespace workbench {
+namespace {
+
+using platform::Wide;
+using platform::WideOut;
+
+constexpr std::uint64_t kHighestSize = 1000;
+constexpr std::uint64_t kHighestColour = 19;
+
+std::vector<qal::IQFormatViewClient2*> FormatClients(Console& console) {
+  auto clients = console.ide().Services().SinksAs<qal::IQFormatViewClient2>(qal::iid::kFormatViewSink);
+  if (clients.empty()) throw VerbError("no view has a font or colours");
+  return clients;
+}
+
+void OnFont(Console& console, Words& words) {
+  const auto clients = FormatClients(console);
+  if (!words.Empty()) {
+    const std::string face = words.Take("the font");
+    const auto size = static_cast<std::uint32_t>(words.TakeNumber("the size", kHighestSize));
+    words.End();
+    for (auto* client : clients) {
+      if (qal::Failed(client->SetFont(Wide(face).get(), size))) throw VerbError("the view refuses the font");
+    }
+  }
+  for (auto* client : clients) {
+    WideOut face;
+    WideOut name;
+    std::uint32_t size = 0;
+    client->GetFormatName(name.put());
+    const bool known = client->GetFont(face.put(), &size) == qal::kOk;
+    console.Print(name.str() + ": " +
+                  (known ? face.str() + " " + std::to_string(size) : std::string("no font")));
+  }
+}
+
+void OnColours(Console& console, Words& words) {
+  const auto clients = FormatClients(console);
+  if (!words.Empty()) {
+    const std::string category = words.Take("the category");
+    const auto fore = static_cast<std::uint32_t>(words.TakeNumber("the text colour", kHighestColour));
+    const auto back = static_cast<std::uint32_t>(words.TakeNumber("the background colour", kHighestColour));
+    words.End();
+    for (auto* client : clients) client->SetColours(Wide(category).get(), fore, back);
+  }
+  for (auto* client : clients) {
+    platform::OwnedVariant list;
+    if (qal::Failed(client->GetCategories(list.put()))) continue;
+    for (const std::string& category :
+         platform::TextListOf(list.get()).value_or(std::vector<std::string>())) {
+      std::uint32_t fore = 0;
+      std::uint32_t back = 0;
+      client->GetColours(Wide(category).get(), &fore, &back);
+      console.Print(category + ": " + std::to_string(fore) + " on " + std::to_string(back));
+    }
+  }
+}
+
+void OnOptions(Console& console, Words& words) {
+  words.End();
+  std::size_t number = 0;
+  for (const auto& option : console.ide().Options().Options()) {
+    console.Print(std::to_string(++number) + "  " + (option.on ? "on   " : "off  ") + option.label);
+  }
+}
+
+void OnOption(Console& console, Words& words) {
+  const std::string name = words.Take("the option");
+  const bool on = words.TakeSwitch("the option");
+  words.End();
+  if (!console.ide().Options().Switch(name, on)) throw VerbError("there is no option " + name);
+}
+
+void OnMacro(Console& console, Words& words) {
+  MacroRecorder& macro = console.ide().Macro();
+  const std::string what = words.Take("start, stop, show or play");
+  words.End();
+  if (SameWord(what, "start")) {
+    macro.Start();
+  } else if (SameWord(what, "stop")) {
+    macro.Stop();
+  } else if (SameWord(what, "show")) {
+    for (const std::string& line : macro.Lines()) console.Print(line);
+    console.Print(std::to_string(macro.Lines().size()) + " lines" + (macro.Recording() ? ", recording" : ""));
+  } else if (SameWord(what, "play")) {
+    if (macro.Recording()) throw VerbError("the macro is being recorded; macro stop ends that");
+    for (const std::string& line : macro.Lines()) {
+      console.Print("macro: " + line);
+      // A recorded line carries doubled backslashes.
+      console.RunCommand(platform::ReplaceAll(line, "\\\\", "\\"));
+    }
+  } else {
+    throw VerbError("macro " + what + " is not known: start, stop, show or play");
+  }
+}
+
+void OnSession(Console& console, Words& words) {
+  const std::string what = words.Take("save, open or list");
+  if (SameWord(what, "list")) {
+    words.End();
+    for (const std::string& name : console.ide().Sessions()) console.Print(name);
+    return;
+  }
+  const bool save = SameWord(what, "save");
+  if (!save && !SameWord(what, "open"))
+    throw VerbError("session " + what + " is not known: save, open or list");
+  const std::string name = words.Take("the session's name");
+  words.End();
+  const std::string reason = save ? console.ide().SaveSession(name) : console.ide().OpenSession(name);
+  if (!reason.empty()) throw VerbError(reason);
+  console.Print("session " + name + (save ? " saved" : " opened"));
+}
+
+/// Prints what a verification or a comparison says.
+void PrintOutcome(Console& console, qal::Status status, const WideOut& name, const WideOut& messages,
+                  std::uint32_t runStatus) {
+  if (!name.empty()) console.Print(name.str());
+  if (!messages.empty()) console.Print(messages.str());
+  if (qal::Failed(status)) {
+    console.Print(platform::Format("failed: 0x%08X", static_cast<std::uint32_t>(status)));
+  } else {
+    console.Print("status " + std::to_string(status) + ", run status " + std::to_string(runStatus));
+  }
+}
+
+void OnTest(Console& console, Words& words) {
+  const auto clients =
+      console.ide().Services().SinksAs<qal::IQCoverageTestClient>(qal::iid::kCoverageTestClient);
+  if (clients.empty()) throw VerbError("the component offers no test client");
+  auto& client = *clients.front();
+  const std::string what = words.Take("the operation");
+  const auto is = [&](const char* name) { return SameWord(what, name); };
+  WideOut text;
+  if (is("select")) {
+    if (qal::Failed(client.SetSelection(Wide(words.Rest()).get())))
+      throw VerbError("the selection is refused");
+    client.GetSelection(text.put());
+    return console.Print(text.str());
+  }
+  if (is("verify") || is("compare")) {
+    WideOut messages;
+    std::uint32_t runStatus = 0;
+    const std::string first = console.ImageText(words.Take("the image"));
+    if (is("verify")) {
+      words.End();
+      const qal::Status status = client.Verify(Wide(first).get(), text.put(), messages.put(), &runStatus);
+      return PrintOutcome(console, status, text, messages, runStatus);
+    }
+    const std::string second = console.ImageText(words.Take("the second image"));
+    words.End();
+    const qal::Status status =
+        client.Compare(Wide(first).get(), Wide(second).get(), text.put(), messages.put(), &runStatus);
+    return PrintOutcome(console, status, text, messages, runStatus);
+  }
+  if (is("image")) {
+    if (qal::Failed(client.GetImage(text.put()))) throw VerbError("there is no image");
+    if (words.Empty()) return console.Print(text.str());
+    const std::string name = words.Take("the name");
+    words.End();
+    console.KeepImage(name, text.str());
+    return console.Print("image kept as " + name);
+  }
+  words.End();
+  if (is("edit")) {
+    client.EditSelection();
+  } else if (is("selection")) {
+    client.GetSelection(text.put());
+    console.Print(text.str());
+  } else if (is("info")) {
+    WideOut version;
+    qal::Guid identifier;
+    qal::IQTestImageSource* source = nullptr;
+    std::uint32_t number = 0;
+    client.GetClientInfo(text.put(), &identifier, &source, &number, version.put());
+    console.Print(text.str() + " " + version.str() + " " + GuidText(identifier) + " " +
+                  std::to_string(number));
+  } else {
+    throw VerbError("test " + what + " is not known");
+  }
+}
+
+constexpr Verb kVerbs[] = {
+    {"font", "[NAME SIZE]", "Shows or sets the font of the coverage windows.", OnFont},
+    {"colours", "[CATEGORY FORE BACK]", "Shows or sets their colours, by index.", OnColours},
+    {"options", "", "Lists the questions that can be switched off.", OnOptions},
+    {"option", "NAME|NUMBER on|off", "Switches a question.", OnOption},
+    {"macro", "start|stop|show|play", "Records what is done in windows as commands, and plays it.", OnMacro},
+    {"session", "save NAME\nopen NAME\nlist", "Saves or restores the open windows.", OnSession},
+    {"test", "edit\nimage [NAME]\nselect TEXT\nselection\nverify NAME\ncompare NAME NAME\ninfo",
+     "Drives the coverage test client; images are kept by name until the end.", OnTest},
+};
+
+}  // namespace
+
+std::span<const Verb> SettingVerbs() { return kVerbs; }
+
+}  // namespace workbench

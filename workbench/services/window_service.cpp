@@ -1,0 +1,363 @@
+#include "workbench/services/window_service.h"
+
+#include <algorithm>
+
+#include "platform/text.h"
+#include "platform/variant.h"
+
+namespace workbench {
+namespace {
+
+constexpr std::size_t kMostRegistrations = 10'000;
+constexpr std::size_t kMostFrames = 1000;
+constexpr platform::Rect kFramePlace{0, 0, 800, 400};
+constexpr int kSummaryColumns = 3;
+
+std::vector<std::uint32_t> IdsOf(const qal::Variant* ids) {
+  return platform::IdListOf(ids).value_or(std::vector<std::uint32_t>());
+}
+
+void Clear(std::uint32_t* outA, std::uint32_t* outB) {
+  if (outA) *outA = 0;
+  if (outB) *outB = 0;
+}
+
+template <class List, class Condition>
+qal::Status EraseIf(List& list, Condition condition) {
+  return std::erase_if(list, condition) > 0 ? qal::kOk : qal::kFail;
+}
+
+template <class List, class Record>
+qal::Status Keep(List& list, Record record) {
+  return Guarded([&]() -> qal::Status {
+    if (list.size() >= kMostRegistrations) return qal::kFail;
+    list.push_back(std::move(record));
+    return qal::kOk;
+  });
+}
+
+}  // namespace
+
+std::vector<platform::ListView*> FrameWindow::Lists() const {
+  std::vector<platform::ListView*> lists;
+  for (const platform::Window* pane : Children()) {
+    if (!pane->IsVisible()) continue;
+    for (platform::Window* child : pane->Children()) {
+      if (auto* list = dynamic_cast<platform::ListView*>(child)) lists.push_back(list);
+    }
+  }
+  return lists;
+}
+
+bool FrameWindow::IsSummary(const platform::ListView& list) { return list.ColumnCount() <= kSummaryColumns; }
+
+void FrameWindow::LayOut() {
+  const platform::Rect whole = ClientRect();
+  const int middle = whole.top + whole.Height() / 3;
+  for (const platform::ListView* list : Lists()) {
+    platform::Rect place = whole;
+    if (IsSummary(*list)) {
+      place.bottom = middle;
+    } else {
+      place.top = middle;
+    }
+    list->Parent()->Move(place);
+  }
+}
+
+platform::LResult FrameWindow::OnMessage(const platform::Message& message) {
+  if (message.id == platform::message::kSize) LayOut();
+  return Window::OnMessage(message);
+}
+
+WindowService::~WindowService() { Forget(); }
+
+void WindowService::Forget() {
+  menus_.clear();
+  accelerators_.clear();
+  toolbars_.clear();
+  contextMenus_.clear();
+  windows_.clear();
+  modules_.clear();
+  frameButtons_.clear();
+  auto frames = std::move(frames_);
+  frames_.clear();
+  for (auto it = frames.rbegin(); it != frames.rend(); ++it) (*it)->Destroy();
+}
+
+const WindowService::ToolbarButtons* WindowService::ButtonsOf(qal::WindowHandle frame) const {
+  const auto found = frameButtons_.find(frame);
+  return found == frameButtons_.end() ? nullptr : &found->second;
+}
+
+platform::Window* WindowService::WindowOf(std::uint32_t key) const {
+  const auto found = windows_.find(key);
+  if (found == windows_.end()) return nullptr;
+  for (const qal::WindowHandle handle : found->second) {
+    if (auto* window = platform::WindowFrom(handle)) return window;
+  }
+  return nullptr;
+}
+
+qal::ModuleHandle WindowService::ModuleOf(std::uint32_t key) const {
+  const auto found = modules_.find(key);
+  return found == modules_.end() ? 0 : found->second;
+}
+
+std::vector<FrameWindow*> WindowService::Frames() const {
+  std::vector<FrameWindow*> frames;
+  for (const auto& frame : frames_) {
+    if (frame->Exists()) frames.push_back(frame.get());
+  }
+  return frames;
+}
+
+std::vector<FrameWindow*> WindowService::ShownFrames() const {
+  auto frames = Frames();
+  std::erase_if(frames,
+                [](const FrameWindow* frame) { return !frame->IsVisible() || frame->Lists().empty(); });
+  return frames;
+}
+
+bool WindowService::CloseFrame(FrameWindow& frame) {
+  const platform::WindowRef there(frame);
+  const qal::WindowHandle handle = frame.Handle();
+  for (const MenuRegistration& menu : menus_) {
+    if (menu.window != 0) continue;
+    if (auto* sink = WindowOf(menu.key)) sink->Send(kCloseFrameMessage, handle);
+    break;
+  }
+  if (!there || frame.Lists().empty()) return true;
+  frame.state = kOpen;
+  frame.Show(true);
+  return false;
+}
+
+std::size_t WindowService::RegistrationCount() const {
+  return menus_.size() + accelerators_.size() + toolbars_.size() + contextMenus_.size() + windows_.size() +
+         modules_.size();
+}
+
+FrameWindow* WindowService::FrameOf(qal::WindowHandle window) const {
+  for (const auto& frame : frames_) {
+    if (frame->Exists() && frame->Handle() == window) return frame.get();
+  }
+  return nullptr;
+}
+
+qal::Status WindowService::QueryInterface(const qal::Guid* iid, void** out) {
+  if (!out) return qal::kFail;
+  *out = nullptr;
+  if (!iid) return qal::kNoInterface;
+  for (const qal::Guid& known : {qal::iid::kUnknown, qal::iid::kWindowService1, qal::iid::kWindowService2,
+                                 qal::iid::kWindowService3, qal::iid::kWindowService4}) {
+    if (*iid == known) *out = static_cast<qal::IQWindowService4*>(this);
+  }
+  return *out ? qal::kOk : qal::kNoInterface;
+}
+
+qal::Status WindowService::RegisterAccelerators(qal::ModuleHandle module, std::uint32_t table,
+                                                std::uint32_t key, const qal::Guid*, const qal::Variant* ids,
+                                                std::uint32_t* outA, std::uint32_t* outB) {
+  Clear(outA, outB);
+  return Keep(accelerators_, AcceleratorRegistration{module, table, key, IdsOf(ids)});
+}
+
+qal::Status WindowService::UnregisterAccelerators(std::uint32_t table, std::uint32_t key) {
+  return EraseIf(accelerators_, [&](const auto& entry) { return entry.table == table && entry.key == key; });
+}
+
+qal::Status WindowService::RegisterWindowMenu(qal::WindowHandle window, qal::ModuleHandle module,
+                                              std::uint32_t menu, std::uint32_t key, const qal::Guid*,
+                                              const qal::Variant* ids, std::uint32_t* outA,
+                                              std::uint32_t* outB) {
+  Clear(outA, outB);
+  return Keep(menus_, MenuRegistration{window, module, menu, key, IdsOf(ids)});
+}
+
+qal::Status WindowService::UnregisterWindowMenu(qal::WindowHandle window, std::uint32_t menu,
+                                                std::uint32_t key) {
+  return EraseIf(menus_, [&](const MenuRegistration& entry) {
+    return entry.window == window && entry.menu == menu && entry.key == key;
+  });
+}
+
+qal::Status WindowService::SetFrameTitle(qal::WindowHandle frame, qal::WideText title) {
+  return Guarded([&]() -> qal::Status {
+    FrameWindow* found = FrameOf(frame);
+    if (!found) return qal::kFail;
+    found->SetText(platform::Narrow(title));
+    return qal::kOk;
+  });
+}
+
+qal::Status WindowService::SetFrameState(qal::WindowHandle frame, std::uint32_t state) {
+  return Guarded([&]() -> qal::Status {
+    FrameWindow* found = FrameOf(frame);
+    if (!found) return qal::kFail;
+    found->state = state;
+    found->Show(state != kHidden && state != kClosed);
+    return qal::kOk;
+  });
+}
+
+qal::Status WindowService::GetFrameState(qal::WindowHandle frame, std::uint32_t* state) {
+  const FrameWindow* found = FrameOf(frame);
+  if (!found || !state) return qal::kFail;
+  *state = found->state;
+  return qal::kOk;
+}
+
+qal::Status WindowService::UnregisterContextParent(qal::WindowHandle parent) {
+  return EraseIf(contextMenus_, [&](const ContextMenu& menu) { return menu.parent == parent; });
+}
+
+qal::Status WindowService::RegisterContextMenu(qal::WindowHandle parent, qal::WindowHandle window,
+                                               std::uint32_t, qal::WideText, std::uint32_t,
+                                               std::uint32_t value, std::uint32_t key, const qal::Guid*) {
+  if (FrameWindow* frame = FrameOf(parent)) frame->LayOut();
+  return Keep(contextMenus_, ContextMenu{parent, window, value, key});
+}
+
+qal::Status WindowService::UnregisterContextMenu(qal::WindowHandle parent, qal::WindowHandle window,
+                                                 std::uint32_t value, std::uint32_t key) {
+  return EraseIf(contextMenus_, [&](const ContextMenu& menu) {
+    return menu.parent == parent && menu.window == window && menu.value == value && menu.key == key;
+  });
+}
+
+qal::Status WindowService::GetContextMenuCount(qal::WindowHandle parent, std::uint32_t* count) {
+  if (!count) return qal::kFail;
+  *count = static_cast<std::uint32_t>(
+      std::count_if(contextMenus_.begin(), contextMenus_.end(),
+                    [&](const ContextMenu& menu) { return menu.parent == parent; }));
+  return qal::kOk;
+}
+
+qal::Status WindowService::UnregisterToolbar(std::uint32_t toolbar, std::uint32_t alternate,
+                                             std::uint32_t key) {
+  return EraseIf(toolbars_, [&](const ToolbarRegistration& entry) {
+    return entry.toolbar == toolbar && entry.alternate == alternate && entry.key == key;
+  });
+}
+
+qal::Status WindowService::RegisterMenu(qal::ModuleHandle module, std::uint32_t menu, std::uint32_t key,
+                                        const qal::Guid*, const qal::Variant* ids, std::uint32_t* outA,
+                                        std::uint32_t* outB, qal::WideText, qal::WideText, std::uint32_t) {
+  Clear(outA, outB);
+  return Keep(menus_, MenuRegistration{0, module, menu, key, IdsOf(ids)});
+}
+
+qal::Status WindowService::UnregisterMenu(std::uint32_t menu, std::uint32_t key) {
+  return EraseIf(menus_, [&](const MenuRegistration& entry) {
+    return entry.window == 0 && entry.menu == menu && entry.key == key;
+  });
+}
+
+qal::Status WindowService::RegisterWindow(std::uint32_t key, const qal::Guid*, qal::WindowHandle window) {
+  return Guarded([&] { return Keep(windows_[key], window); });
+}
+
+qal::Status WindowService::UnregisterWindow(std::uint32_t key) {
+  return windows_.erase(key) ? qal::kOk : qal::kFail;
+}
+
+qal::Status WindowService::RegisterResourceModule(qal::ModuleHandle module, std::uint32_t key,
+                                                  const qal::Guid*) {
+  return Guarded([&] {
+    modules_[key] = module;
+    return qal::kOk;
+  });
+}
+
+qal::Status WindowService::UnregisterResourceModule(std::uint32_t key) {
+  return modules_.erase(key) ? qal::kOk : qal::kFail;
+}
+
+qal::Status WindowService::NewKey(std::uint32_t* key) {
+  if (!key) return qal::kFail;
+  *key = nextKey_++;
+  return qal::kOk;
+}
+
+qal::Status WindowService::Reserved50(std::uintptr_t) { return qal::kFail; }
+
+qal::Status WindowService::CreateFrame(qal::WideText key, qal::WideText title, std::uint32_t style,
+                                       std::uint32_t position, qal::WindowHandle* frame,
+                                       char16_t** frameKey) {
+  if (!frame) return qal::kFail;
+  *frame = 0;
+  return Guarded([&]() -> qal::Status {
+    std::erase_if(frames_, [](const auto& known) { return !known->Exists(); });
+    if (frames_.size() >= kMostFrames) return qal::kFail;
+    const std::string keyText = platform::Narrow(key);
+    FrameWindow* outer = nullptr;
+    for (const auto& known : frames_) {
+      if (known->Key() == keyText) outer = known.get();
+    }
+    std::string newKey = keyText;
+    if (frameKey) {
+      newKey = platform::Narrow(*frameKey);
+      if (newKey.empty()) newKey = keyText + "#" + std::to_string(nextFrame_++);
+    } else if (outer) {
+      newKey += "/view";
+    }
+    auto made = std::make_unique<FrameWindow>(newKey, style, position);
+    const std::uint32_t bits =
+        platform::window_style::kVisible | (outer ? platform::window_style::kChild : std::uint32_t{0});
+    if (!made->Create(outer ? outer->Handle() : 0, 0, platform::Narrow(title), bits, kFramePlace))
+      return qal::kFail;
+    *frame = made->Handle();
+    frames_.push_back(std::move(made));
+    if (frameKey) {
+      qal::FreeText(*frameKey);
+      *frameKey = platform::NewWide(newKey);
+    }
+    return qal::kOk;
+  });
+}
+
+qal::Status WindowService::RegisterToolbarButtons(qal::WindowHandle parent, qal::ModuleHandle module,
+                                                  std::uint32_t bitmap, std::uint32_t, std::uint32_t key,
+                                                  const qal::Guid*, const qal::Variant*, const qal::Variant*,
+                                                  const qal::Variant*, const qal::Variant*,
+                                                  const qal::Variant* fifth) {
+  return Guarded([&] {
+    frameButtons_[parent] = ToolbarButtons{module, bitmap, key, IdsOf(fifth)};
+    return qal::kOk;
+  });
+}
+
+qal::Status WindowService::CustomizeToolbar(qal::WindowHandle frame) {
+  return FrameOf(frame) ? qal::kOk : qal::kFail;
+}
+
+qal::Status WindowService::IsToolbarShown(qal::WindowHandle frame) {
+  const FrameWindow* found = FrameOf(frame);
+  return found && found->toolbarShown ? 1 : 0;
+}
+
+qal::Status WindowService::ShowToolbar(qal::WindowHandle frame, qal::Flag shown) {
+  FrameWindow* found = FrameOf(frame);
+  if (!found) return qal::kFail;
+  found->toolbarShown = shown != qal::kFalse;
+  return qal::kOk;
+}
+
+qal::Status WindowService::RegisterToolbar(qal::WideText identifier, qal::WideText name,
+                                           qal::ModuleHandle module, std::uint32_t toolbar,
+                                           std::uint32_t alternate, std::uint32_t key, const qal::Guid*,
+                                           const qal::Variant* buttonIds, const qal::Variant*,
+                                           const qal::Variant*, const qal::Variant*, const qal::Variant*,
+                                           const qal::Variant*, const qal::Variant*) {
+  return Guarded([&] {
+    return Keep(toolbars_, ToolbarRegistration{platform::Narrow(identifier), platform::Narrow(name), module,
+                                               toolbar, alternate, key, IdsOf(buttonIds)});
+  });
+}
+
+qal::Status WindowService::QueryFrameToolbar(qal::WindowHandle frame) {
+  return FrameOf(frame) && frameButtons_.contains(frame) ? qal::kOk : qal::kFail;
+}
+
+}  // namespace workbench
