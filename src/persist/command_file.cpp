@@ -27,7 +27,7 @@ void WriteStore(CovOutput& out, std::string_view sectionName, std::uint32_t numb
 
 qal::Status WriteWindows(CovOutput& out, CommandModel& model, CovType type, qal::IQHost* host,
                          DisassemblyCache& cache) {
-  const std::string_view sectionName = type == CovType::kFile ? kWindowSection : kInstanceSection;
+  const std::string_view sectionName = type == CovType::kFile ? kInstanceSection : kWindowSection;
   for (std::uint32_t number = 1; number <= model.windowCount(); ++number) {
     const CommandEntry* entry = model.FirstEntry(number);
     if (entry == nullptr) return automation::kWindowMissing;

@@ -109,7 +109,7 @@ TEST_F(CommandFileTest, WindowsOfASourceFileComeBack) {
   model.SetWindowEnabled(1, false);
   const std::string saved = Save();
   EXPECT_EQ(saved.substr(0, saved.find("[")), Header() + "Type= File\r\nFile name= " + kSource + "\r\n");
-  EXPECT_NE(saved.find("[Coverage Window 2]"), std::string::npos);
+  EXPECT_NE(saved.find("[Coverage Instance 2]"), std::string::npos);
   const std::string before = Model();
   model.RemoveAllWindows();
   EXPECT_EQ(Load(saved), "0\n");
@@ -125,7 +125,7 @@ TEST_F(CommandFileTest, WindowsOfRangesComeBack) {
   const std::string before = Model();
   EXPECT_EQ(before, "0-0 on\n1 : 1000-1003 on 1000:3T\n2 main: 2000-2003 off 2002:4F\n");
   const std::string saved = Save();
-  EXPECT_NE(saved.find("[Coverage Instance 1]"), std::string::npos);
+  EXPECT_NE(saved.find("[Coverage Window 1]"), std::string::npos);
   EXPECT_EQ(Load(saved), "0\n");
   EXPECT_EQ(Model(), before);
 }
