@@ -33,8 +33,8 @@ std::size_t Convert(iconv_t converter, const unsigned char* in, std::size_t inSi
 }
 
 std::unique_ptr<ShiftJisTables> BuildShiftJis() {
-  const iconv_t in = iconv_open("UTF-16LE", "CP932");
-  const iconv_t out = iconv_open("CP932", "UTF-16LE");
+  iconv_t in = iconv_open("UTF-16LE", "CP932");
+  iconv_t out = iconv_open("CP932", "UTF-16LE");
   std::unique_ptr<ShiftJisTables> tables;
   if (in != iconv_t(-1) && out != iconv_t(-1)) {
     tables = std::make_unique<ShiftJisTables>();

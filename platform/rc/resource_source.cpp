@@ -101,7 +101,7 @@ platform::Accelerator TakeAccelerator(Line* line) {
   std::uint32_t number = 0;
   constexpr std::uint16_t kVirtualF1 = 0x70;
   if (key.size() == 1 && ((key[0] >= 'A' && key[0] <= 'Z') || (key[0] >= '0' && key[0] <= '9'))) {
-    entry.key = static_cast<std::uint16_t>(key[0]);
+    entry.key = static_cast<unsigned char>(key[0]);
   } else if (key.starts_with("F") && ParseNumber(key.substr(1), &number) && number >= 1 && number <= 12) {
     entry.key = static_cast<std::uint16_t>(kVirtualF1 + number - 1);
   } else {
