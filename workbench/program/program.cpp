@@ -60,11 +60,15 @@ bool EndsWithPath(const std::string& path, const std::string& tail) {
 }  // namespace
 
 std::shared_ptr<const Program> Program::Load(const std::string& file, const ProgramOptions& options) {
-  std::vector<std::uint8_t> bytes = ReadWhole(file);
+  return FromBytes(file, ReadWhole(file), options);
+}
+
+std::shared_ptr<const Program> Program::FromBytes(const std::string& name, std::vector<std::uint8_t> bytes,
+                                                  const ProgramOptions& options) {
   const std::shared_ptr<Program> program(new Program);
   std::error_code error;
-  program->file_ = std::filesystem::absolute(file, error).lexically_normal().string();
-  ElfReader(file, bytes).ReadInto(*program);
+  program->file_ = std::filesystem::absolute(name, error).lexically_normal().string();
+  ElfReader(name, bytes).ReadInto(*program);
   for (std::size_t i = 0; i < program->symbols_.size(); ++i) {
     const auto [place, added] = program->symbolByName_.try_emplace(program->symbols_[i].name, i);
     const Symbol& known = program->symbols_[place->second];

@@ -77,6 +77,10 @@ class Program {
   /// executable; damaged debug information costs lines and functions, never the load.
   static std::shared_ptr<const Program> Load(const std::string& file, const ProgramOptions& options = {});
 
+  /// The same for an image in memory that stands for the file `name`.
+  static std::shared_ptr<const Program> FromBytes(const std::string& name, std::vector<std::uint8_t> bytes,
+                                                  const ProgramOptions& options = {});
+
   ~Program();
   Program(const Program&) = delete;
   Program& operator=(const Program&) = delete;

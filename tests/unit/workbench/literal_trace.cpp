@@ -15,6 +15,7 @@ struct Tracer {
   std::uint32_t end = 0;
   std::uint64_t left = 0;
   Totals totals;
+  std::vector<std::uint64_t> fetched = std::vector<std::uint64_t>(0x20000);  // by halfword of flash
   std::uint32_t next = 0;    // behind the last executed instruction
   std::uint32_t branch = 1;  // address of the last instruction when it was a conditional branch, else odd
   unsigned conditions = 0;   // the rest of the IT block: how many members follow
@@ -29,7 +30,7 @@ struct Tracer {
   void Fetch(std::uint32_t address, bool passed) {
     if (left == 0) return;
     --left;
-    ++totals.times[address];
+    ++fetched.at(address / 2);
     const unsigned first = Halfword(address);
     const bool wide = first >= 0xe800;
     next = address + (wide ? 4 : 2);
@@ -82,6 +83,8 @@ Totals LiteralTrace(const workbench::Program& program, std::uint32_t end, std::u
   uc_hook_add(engine, &hook, UC_HOOK_CODE, reinterpret_cast<void*>(&Tracer::OnCode), &tracer, 1, 0);
   uc_emu_start(engine, start[1] | 1, 0xfffffffe, 0, 0);
   uc_close(engine);
+  for (std::uint32_t i = 0; i < tracer.fetched.size(); ++i)
+    if (tracer.fetched[i] != 0) tracer.totals.times[2 * i] = tracer.fetched[i];
   return tracer.totals;
 }
 
@@ -90,15 +93,20 @@ void Add(Totals& totals, const workbench::CountsReport& report) {
   for (const auto& pair : report.passes) totals.passes[pair.first] |= pair.second;
 }
 
-void Walk(std::map<std::uint32_t, std::uint64_t>& times, const workbench::PathReport& report,
-          const std::map<std::uint32_t, std::uint64_t>& starts) {
+void Walked::Add(const workbench::PathReport& report) {
   std::uint64_t current = report.start;
   for (const auto& pair : report.pairs) {
-    for (std::uint64_t address = current; address <= pair.first; address += 2)
-      if (starts.count(static_cast<std::uint32_t>(address)) != 0)
-        ++times[static_cast<std::uint32_t>(address)];
+    for (std::uint64_t address = current; address <= pair.first; address += 2) ++steps_.at(address / 2);
     current = pair.second;
   }
+}
+
+std::map<std::uint32_t, std::uint64_t> Walked::Times(
+    const std::map<std::uint32_t, std::uint64_t>& starts) const {
+  std::map<std::uint32_t, std::uint64_t> times;
+  for (const auto& start : starts)
+    if (steps_.at(start.first / 2) != 0) times[start.first] = steps_[start.first / 2];
+  return times;
 }
 
 }  // namespace workbench_test

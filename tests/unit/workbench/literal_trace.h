@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <vector>
 
 #include "workbench/target/simulator.h"
 
@@ -23,9 +24,16 @@ Totals LiteralTrace(const workbench::Program& program, std::uint32_t end,
 
 /// Adds a report's values to the totals.
 void Add(Totals& totals, const workbench::CountsReport& report);
-/// Walks the path 2 bytes a step and adds one to each of the steps that are keys of `starts`: other steps are
-/// the second halves of instructions.
-void Walk(std::map<std::uint32_t, std::uint64_t>& times, const workbench::PathReport& report,
-          const std::map<std::uint32_t, std::uint64_t>& starts);
+/// Times of every 2-byte step of flash, from walking paths step by step.
+class Walked {
+ public:
+  void Add(const workbench::PathReport& report);
+  /// Those of the steps at which an instruction starts, which are the keys of `starts`, and that were met at
+  /// all.
+  std::map<std::uint32_t, std::uint64_t> Times(const std::map<std::uint32_t, std::uint64_t>& starts) const;
+
+ private:
+  std::vector<std::uint64_t> steps_ = std::vector<std::uint64_t>(0x20000);
+};
 
 }  // namespace workbench_test
