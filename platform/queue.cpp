@@ -21,8 +21,8 @@ bool RunUntil(const std::function<bool()>& done) {
     const auto before = CurrentClock().Now();
     std::this_thread::sleep_for(std::clamp(*wait, std::chrono::milliseconds(1), kLongestNap));
     standstills = CurrentClock().Now() == before ? standstills + 1 : 0;
-    // A real clock may be coarse; one that has not moved for that long will not.
-    if (standstills == 50) return done();
+    // A real clock has moved after so many naps; one that has not will not.
+    if (standstills == 5) return done();
   }
   return true;
 }
