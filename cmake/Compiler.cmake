@@ -9,6 +9,10 @@ add_compile_options($<$<COMPILE_LANGUAGE:CXX>:-Wno-non-virtual-dtor>)
 
 if(QAL_SANITIZE)
   add_compile_options(-fsanitize=${QAL_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+  # Objects of another module may come with tables that carry no type record.
+  if(QAL_SANITIZE MATCHES "undefined")
+    add_compile_options(-fno-sanitize=vptr)
+  endif()
   add_link_options(-fsanitize=${QAL_SANITIZE})
 endif()
 

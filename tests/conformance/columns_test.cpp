@@ -87,7 +87,7 @@ TEST_F(Columns, AStateForEveryFileReachesTheOpenOnesAndTheFrame) {
   EXPECT_EQ(Call(client, 10, file.get(), kSource, std::uint32_t{2}), kOk);
   EXPECT_EQ(Call(client, 11, kAsm, std::uint32_t{2}), kOk);
   EXPECT_EQ(Call(client, 12, file.get(), kAsm, std::uint32_t{5}), kOk);
-  EXPECT_EQ(ide.TakeLog(), "SetState \\src\\main.c 11 2\nSetMode all 12 2\nSetMode \\src\\main.c 12 5\n");
+  EXPECT_EQ(ide.TakeLog(), "SetState \\SRC\\Main.c 11 2\nSetMode all 12 2\nSetMode \\SRC\\Main.c 12 5\n");
   EXPECT_EQ(Call(client, 9, std::uint32_t{7}, std::uint32_t{3}), kOk);
   EXPECT_EQ(ide.TakeLog(), "") << "no column has the id 7";
 }
