@@ -54,7 +54,7 @@ ResolvedPath ResolveInProject(std::string_view typed, const PlaceholderResolver&
 std::string PutInProject(std::string_view path, const PlaceholderResolver& placeholders) {
   const std::string directory = ProjectDirectory(placeholders);
   const std::string file = platform::FilePart(path);
-  return directory.empty() ? file : platform::JoinPath(directory, file);
+  return directory.empty() || file.empty() ? file : platform::JoinPath(directory, file);
 }
 
 bool HasExtension(std::string_view path, std::string_view extension) {

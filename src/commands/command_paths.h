@@ -21,7 +21,8 @@ ResolvedPath ExpandPath(std::string_view typed, const PlaceholderResolver& place
 /// The same, with a name without a directory, or with a relative one, below the current project's directory.
 ResolvedPath ResolveInProject(std::string_view typed, const PlaceholderResolver& placeholders);
 
-/// The file part of a path in the current project's directory; alone when no project is open.
+/// The file part of a path in the current project's directory; alone when no project is open, empty when the
+/// path has none.
 std::string PutInProject(std::string_view path, const PlaceholderResolver& placeholders);
 
 /// Whether the path has this extension, given with its dot; case aside.

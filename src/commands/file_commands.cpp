@@ -35,6 +35,7 @@ qal::Status CSaveCommand::DoCommand(const std::string& line, std::string& result
       return Fail(result, strings::kDataCannotBeSaved);
     }
     path = PutInProject(path, *SharedPlaceholders());
+    if (path.empty()) return Fail(result, strings::kDataCannotBeSaved);
   }
   if (HasNoExtension(path)) path += ".cov";
   if (!HasExtension(path, ".COV") && !HasExtension(path, ".TXT"))

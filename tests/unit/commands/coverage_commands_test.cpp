@@ -206,6 +206,8 @@ TEST_F(CoverageCommandsTest, SaveAsks) {
   world.boxes.answers = {platform::Answer::kYes};
   EXPECT_EQ(world.Run("cvs $(NOSUCH)\\a"), unresolved);
   EXPECT_TRUE(world.disk.Has("space/demo/a.cov"));
+  world.boxes.answers = {platform::Answer::kYes};
+  EXPECT_EQ(world.Run("cvs $(NOSUCH)"), notSaved + unresolved) << "no name to put there";
   EXPECT_EQ(world.Run("cvs new\\b"), notSaved + create);
   world.boxes.answers = {platform::Answer::kOk};
   EXPECT_EQ(world.Run("cvs new\\b"), create);
