@@ -1,0 +1,215 @@
+#include <gtest/gtest.h>
+
+#include "dialogs/coverage_range_dialog.h"
+#include "dialogs/coverage_setting_dialog.h"
+#include "dialogs/file_name_dialog.h"
+#include "dialogs/small_dialogs.h"
+#include "platform/files.h"
+#include "unit/dialogs/dialog_world.h"
+
+namespace coverage {
+namespace {
+
+std::string Range(const std::optional<AddressRange>& range) {
+  return range ? platform::Format("%x-%x", range->start, range->end) : "cancelled";
+}
+
+TEST(CoverageRange, ChecksARangeInItsOrderAndStaysOpen) {
+  DialogWorld world;
+  world.target.limits.lowest = 0x100;
+  world.target.limits.highest = 0x7fffff;
+  const struct {
+    const char *start, *end, *said, *result;
+  } rows[] = {
+      {"1000", "1fff", "", "1000-1fff"},
+      {"2000", "1000", "[information] The start address is exceeded than the end address. (ok)\n",
+       "cancelled"},
+      {"1000", "1000", "[information] There is no range. (ok)\n", "cancelled"},
+      {"1000", "201000", "[information] The range is too large. (ok)\n", "cancelled"},
+      {"1000", "200fff", "", "1000-200fff"},
+      {"1001", "1fff", "[information] Please enter a start address of even value (ok)\n", "cancelled"},
+      {"10", "1fff", "[information] The address is out of range.  (ok)\n", "cancelled"},
+      {"7ffffe", "800001", "[information] The address is out of range.  (ok)\n", "cancelled"},
+      {"", "1fff", "[exclamation] Syntax error (ok)\n", "cancelled"},
+      {"main", "1fff", "", "1000-1fff"},
+  };
+  for (const auto& row : rows) {
+    std::string result;
+    const std::string said = world.Act(
+        std::string("type 204 ") + row.start + ";type 205 " + row.end + ";click 9021;answer ok;click 9022",
+        [&] {
+          CoverageRangeDialog dialog(&world.host);
+          result = Range(dialog.AskRange(nullptr, {0x1000, 0x10ff}, {}));
+        });
+    EXPECT_EQ(said, row.said) << row.start << ' ' << row.end;
+    EXPECT_EQ(result, row.result) << row.start << ' ' << row.end;
+  }
+}
+
+TEST(CoverageRange, TakesSourceFilesOnly) {
+  DialogWorld world;
+  const struct {
+    const char *typed, *said, *result;
+  } rows[] = {
+      {"main", "", "main.c > main.c"},
+      {"MAIN.CPP", "", "MAIN.CPP > MAIN.CPP"},
+      {"$(PROJDIR)\\main", "", "$(PROJDIR)\\main.c > C:\\space\\demo\\main.c"},
+      {"main.h", "[information] Invalid file name, the file format should be .C or .CPP (ok)\n", "cancelled"},
+  };
+  for (const auto& row : rows) {
+    std::string result = "cancelled";
+    const std::string said =
+        world.Act(std::string("type 9046 ") + row.typed + ";click 9021;answer ok;click 9022", [&] {
+          CoverageRangeDialog dialog(&world.host);
+          if (const auto choice = dialog.AskFile(nullptr, "old.c"))
+            result = choice->typed + " > " + choice->expanded;
+        });
+    EXPECT_EQ(said, row.said) << row.typed;
+    EXPECT_EQ(result, row.result) << row.typed;
+  }
+}
+
+class Hooks final : public CoverageSettingHooks {
+ public:
+  void RecordRangeWindow(std::uint32_t start, std::uint32_t end) override {
+    log += platform::Format("range %x %x;", start, end);
+  }
+  void RecordFileWindow(const std::string& typed, const std::string& full) override {
+    log += "file " + typed + " " + full + ";";
+  }
+  void LoadRecentFile(const std::string& path) override { log += "load " + path + ";"; }
+  std::string log;
+};
+
+TEST(CoverageSetting, OpensWhatThePersonChose) {
+  DialogWorld world;
+  const struct {
+    const char *lines, *log;
+    int result;
+  } rows[] = {
+      {"type 9005 2000;type 9006 20ff;click 9029", "range 2000 20ff;", 0},
+      {"click 9040;type 9041 main;click 9029", "file main.c main.c;", 1},
+      {"click 9061;choose 9007 b.COV;click 9029", "load b.COV;", 2},
+      {"click 9004;click 9029", "", 3},
+      {"type 9005 2000;type 9006 2000;click 9029;answer ok;click 9030", "", -1},
+      {"click 9030", "", -1},
+  };
+  for (const auto& row : rows) {
+    Hooks hooks;
+    CoverageSettingDialog::LastTexts last;
+    int result = -1;
+    world.Act(row.lines, [&] {
+      CoverageSettingDialog dialog(
+          &world.host, {{}, {"a.COV", "b.COV", "a.COV", "c.COV", "d.COV", "e.COV"}, {}}, last, hooks);
+      if (const auto answer = dialog.Ask(nullptr)) result = static_cast<int>(answer->result);
+    });
+    EXPECT_EQ(hooks.log, row.log) << row.lines;
+    EXPECT_EQ(result, row.result) << row.lines;
+    EXPECT_EQ(last.start, row.result == 0 ? "2000" : "") << row.lines;
+  }
+}
+
+TEST(CoverageSetting, OffersFilesOnlyForADownloadedProgram) {
+  DialogWorld world;
+  world.target.modules.module.downloaded = false;
+  Hooks hooks;
+  CoverageSettingDialog::LastTexts last;
+  const std::string said = world.Act("click 9040;answer ok;click 9043;click 9030", [&] {
+    CoverageSettingDialog(&world.host, {}, last, hooks).Ask(nullptr);
+  });
+  EXPECT_EQ(said.substr(0, said.find('\n')), "[information] Program is not downloaded! (ok)");
+  EXPECT_NE(said.find("error"), std::string::npos) << "browsing must stay disabled";
+}
+
+TEST(GoToAddress, StaysInsideThePane) {
+  DialogWorld world;
+  const struct {
+    const char *lines, *result;
+  } rows[] = {
+      {"type 8999 1fff;click 9024", "1fff"},
+      {"type 8999 2000;click 9024;answer ok;click 9025", "none"},
+      {"type 8999 fff;click 9024;answer ok;type 8999 1000;click 9024", "1000"},
+      {"type 8999 ?;click 9024;answer ok;click 9025", "none"},
+  };
+  std::vector<std::string> history;
+  for (const auto& row : rows) {
+    std::string result = "none";
+    world.Act(row.lines, [&] {
+      const auto address = GoToAddressDialog(&world.host, 0x1000, 0x1fff, "1000", history).Ask(nullptr);
+      if (address) result = platform::Format("%x", *address);
+    });
+    EXPECT_EQ(result, row.result) << row.lines;
+  }
+  EXPECT_EQ(history, (std::vector<std::string>{"1000", "1fff"}));
+}
+
+TEST(SmallDialogs, GiveTheAnswerThatWasClicked) {
+  DialogWorld world;
+  using Confirm = ConfirmationDialog::Choice;
+  const std::pair<const char*, Confirm> confirmations[] = {{"click 9017", Confirm::kSaveFirst},
+                                                           {"check 9059 off;click 9017", Confirm::kGoOn},
+                                                           {"check 9059 off;click 9018", Confirm::kCancel}};
+  for (const auto& [lines, wanted] : confirmations) {
+    world.Act(lines,
+              [&, choice = wanted] { EXPECT_EQ(ConfirmationDialog(&world.host).Ask(nullptr), choice); });
+  }
+  using Save = SavePromptDialog::Choice;
+  const std::pair<const char*, Save> prompts[] = {{"click 9031", Save::kYes},
+                                                  {"click 9032", Save::kNo},
+                                                  {"click 9013", Save::kYesToAll},
+                                                  {"click 9065", Save::kNoToAll},
+                                                  {"close", Save::kNoToAll}};
+  for (const auto& [lines, wanted] : prompts) {
+    world.Act(lines, [&, choice = wanted] {
+      EXPECT_EQ(SavePromptDialog(&world.host, "Address range: 0 - 1", true).Ask(nullptr), choice);
+    });
+  }
+  EXPECT_NE(world.Act("click 9013;click 9032",
+                      [&] { SavePromptDialog(&world.host, "Address range: 0 - 1", false).Ask(nullptr); }),
+            "");
+}
+
+TEST(FileNames, AreCheckedExpandedAndGivenADirectory) {
+  doubles::ScratchDisk disk;
+  DialogWorld world;
+  world.workspace.projectDirectory = platform::CurrentDirectory();
+  const auto in = [](std::string_view name) {
+    return platform::JoinPath(platform::CurrentDirectory(), name);
+  };
+  const struct {
+    std::string lines, said, result;
+  } rows[] = {
+      {"type 9035 result;click 9037", "", in("result.cov")},
+      {"type 9035 result.txt;click 9037", "", in("result.txt")},
+      {"type 9035 $(PROJDIR)\\a.COV;click 9037", "", in("a.COV")},
+      {"type 9035 result.doc;click 9037;answer ok;click 9038",
+       "[information] Invalid file name, the file format must be .COV or .TXT (ok)\n", "cancelled"},
+      {"type 9035 no\\a.cov;click 9037;answer cancel;click 9038",
+       "[exclamation] Directory does not exist. Create new directory? (ok, cancel)\n", "cancelled"},
+      {"type 9035 new\\a.cov;click 9037;answer ok",
+       "[exclamation] Directory does not exist. Create new directory? (ok, cancel)\n", in("new\\a.cov")},
+      {"type 9035 ;click 9037;click 9037", "", in("old.COV")},
+  };
+  for (const auto& row : rows) {
+    std::string result = "cancelled";
+    const std::string said = world.Act(row.lines, [&] {
+      if (const auto answer = SaveDataDialog(&world.host, "old.COV").Ask(nullptr)) result = answer->path;
+    });
+    EXPECT_EQ(said, row.said) << row.lines;
+    EXPECT_EQ(result, row.result) << row.lines;
+  }
+  EXPECT_TRUE(platform::IsDirectory(in("new")));
+
+  const std::pair<const char*, const char*> loads[] = {
+      {"type 9014 data;click 9027", "data"},
+      {"type 9014 data.cov;click 9027", "data.cov"},
+      {"type 9014 data.txt;click 9027;answer ok;click 9028", "cancelled"}};
+  for (const auto& [lines, wanted] : loads) {
+    world.Act(lines, [&, name = std::string(wanted)] {
+      EXPECT_EQ(LoadDataDialog(&world.host, "").Ask(nullptr).value_or("cancelled"), name);
+    });
+  }
+}
+
+}  // namespace
+}  // namespace coverage

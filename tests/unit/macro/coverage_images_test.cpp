@@ -1,0 +1,261 @@
+#include "macro/coverage_images.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <random>
+#include <vector>
+
+#include "doubles/host.h"
+#include "doubles/target.h"
+#include "macro/coverage_test_client.h"
+
+namespace coverage {
+namespace {
+
+constexpr char kSource[] = "C:\\space\\demo\\main.c";
+
+/// A range window over 0x1000 to 0x1007 and a file window with two functions, on a target of 2-byte
+/// instructions.
+class ImagesTest : public testing::Test, protected ImageWindows {
+ protected:
+  ImagesTest() {
+    target.Fill(0, 0x2fff);
+    target.OfferTo(host);
+    range = &Open(WindowKind::kRange, {});
+    Add(*range, 0x1000, 0x1007, "");
+    file = &Open(WindowKind::kFile, kSource);
+    Add(*file, 0x2000, 0x2003, "main");
+    Add(*file, 0x2004, 0x2009, "step");
+  }
+
+  CoverageWindow& Open(WindowKind kind, std::string source) {
+    windows.push_back(std::make_unique<CoverageWindow>());
+    windows.back()->kind = kind;
+    windows.back()->sourceFile = std::move(source);
+    return *windows.back();
+  }
+  CoverageInstance& Add(CoverageWindow& window, std::uint32_t start, std::uint32_t end, std::string name) {
+    instances.push_back(std::make_unique<CoverageInstance>(&host, start, end, std::move(name), 1));
+    instances.back()->counts->SetRange(start, end);
+    window.instances[static_cast<std::uint32_t>(window.instances.size() + 1)] = instances.back().get();
+    return *instances.back();
+  }
+  void Execute(std::uint32_t address, std::uint64_t count, std::uint32_t pass = 0) {
+    for (auto& instance : instances) instance->counts->AddOne(address, count, pass);
+  }
+
+  std::vector<const CoverageWindow*> OpenWindows() override {
+    std::vector<const CoverageWindow*> open;
+    for (const auto& window : windows) open.push_back(window.get());
+    return open;
+  }
+  DisassemblyCache& Instructions() override { return cache; }
+
+  CoverageImages Images() { return {&host, *this}; }
+  std::string Image(const std::vector<std::string>& tokens, std::uint32_t options = 15) {
+    return ImageHead(options) + Images().WriteImage(tokens);
+  }
+
+  doubles::HostDouble host;
+  doubles::TargetDouble target;
+  DisassemblyCache cache;
+  std::vector<std::unique_ptr<CoverageWindow>> windows;
+  std::vector<std::unique_ptr<CoverageInstance>> instances;
+  CoverageWindow* range;
+  CoverageWindow* file;
+  const std::vector<std::string> both = {"rng+0x1000 - 0x1007", std::string("src+") + kSource};
+};
+
+std::string Told(const ImageVerdict& verdict) {
+  return std::to_string(verdict.runStatus) + "|" + verdict.resultName + "|" + verdict.messages;
+}
+
+TEST_F(ImagesTest, WritesWhatIsSelectedAndOpen) {
+  Execute(0x1000, 5, 1);
+  Execute(0x1002, 1, 3);
+  EXPECT_EQ(Images().ListItems(),
+            (std::vector<std::string>{"rng-0x1000 - 0x1007", std::string("src-") + kSource}));
+  EXPECT_EQ(Image({"rng+0x1000 - 0x1007"}, 3),
+            "1.003(rng+0x1000 - 0x1007)~1000 1007~1000 5 T 1002 1 T/F 1004 0 - 1006 0 - ");
+  EXPECT_EQ(Image({"rng-0x1000 - 0x1007", "rng+0x1000 - 0x1006", "xyz+0x1000 - 0x1007"}, 3), "1.003");
+  EXPECT_EQ(Image({"SRC+c:\\SPACE\\demo\\main.c"}, 3),
+            "1.003(SRC+c:*SPACE*demo*main.c)~main~2000 0 - 2002 0 - ~step~2004 0 - 2006 0 - 2008 0 - ");
+  Add(*range, 0, 3, "");
+  EXPECT_EQ(Image({"rng+0x0 - 0x3"}, 3), "1.003(rng+0x0 - 0x3)~0 3~00000000 0 - 2 0 - ");
+}
+
+TEST_F(ImagesTest, AnImageVerifiedAtOncePassesAndEqualsItself) {
+  std::mt19937 random(7);
+  for (int round = 0; round < 20; ++round) {
+    for (std::uint32_t at = 0x1000; at < 0x200a; at += 2) Execute(at, random() % 3, random() % 4);
+    for (std::uint32_t options = 0; options < 16; ++options) {
+      const std::string image = Image(both, options);
+      EXPECT_EQ(Told(Images().VerifyImage(image)), "0||");
+      EXPECT_EQ(Told(CompareImages(image, image)), "0||");
+    }
+  }
+}
+
+TEST_F(ImagesTest, OneChangedCellIsToldByItsKind) {
+  struct Row {
+    std::uint32_t options;
+    std::uint64_t before, more;
+    std::uint32_t pass;
+    const char* verified;
+    const char* compared;
+  };
+  const Row rows[] = {
+      {3, 0, 1, 0,
+       "1|Execution Path mismatch|Range 0x1000 - 0x1007:& Instruction execution path mismatch at 0x1004 -- "
+       "Image: No   "
+       "System: Executed&&",
+       "1|Execution Path mismatch|Range 0x1000 - 0x1007:&Execution path mismatch at address 0x1004. Image_1: "
+       "No   "
+       "Image_2: Executed&&"},
+      {3, 2, 1, 0, "0||", "0||"},
+      {7, 2, 1, 0,
+       "1|Instruction execution time mismatch|Range 0x1000 - 0x1007:& Instruction Execution Time mismatch at "
+       "0x1004 -- "
+       "Image: 2   System: 3&&",
+       "1|Instruction execution time mismatch|Range 0x1000 - 0x1007:&Instruction Execution Time mismatch at "
+       "address "
+       "0x1004. Image_1: 2   Image_2: 3&&"},
+      {2, 2, 0, 2, "0||", "0||"},
+      {10, 2, 0, 2,
+       "1|Pass mismatch|Range 0x1000 - 0x1007:& Pass information mismatch at address 0x1004 -- Image: -   "
+       "System: F&&",
+       "1|Pass mismatch|Range 0x1000 - 0x1007:&Pass information mismatch at address 0x1004. Image_1: -   "
+       "Image_2: F&&"},
+  };
+  for (const Row& row : rows) {
+    instances[0]->counts->Clear();
+    Execute(0x1004, row.before);
+    const std::string image = Image({both[0]}, row.options);
+    Execute(0x1004, row.more, row.pass);
+    EXPECT_EQ(Told(Images().VerifyImage(image)), row.verified) << row.options;
+    EXPECT_EQ(Told(CompareImages(image, Image({both[0]}, 15))), row.compared) << row.options;
+  }
+}
+
+TEST_F(ImagesTest, WhatIsMissingIsNamed) {
+  const std::string image = Image(both, 3);
+  const struct {
+    const char* image;
+    const char* told;
+  } verified[] = {
+      {"1.003(rng+0x5000 - 0x5007)~5000 5007~",
+       "1|Range not found|Range 0x5000 - 0x5007:&not found in current system.&&"},
+      {"1.003(src+C:*space*demo*main.c)~f~2000 0 - ",
+       "1|Range not found|Range main.c:& Function \"f\" not found in current system.&&"},
+      {"1.003(rng+0x1000 - 0x1007)~1000 1007~1000 0 - ",
+       "1|Address Mismatch|Range 0x1000 - 0x1007:& Instruction at  0x1002 not found in image.&&"},
+      {"1.003(rng+0x1000 - 0x1007)~1000 1007~1002 0 - ",
+       "1|Address Mismatch|Range 0x1000 - 0x1007:& Instruction address mismatch -- Image: 0x1002   System: "
+       "0x1000&&"},
+      {"1.003(rng+0x1000 - 0x1007)~1000 1007~1000 ",
+       "1|Image file corrupted|Range 0x1000 - 0x1007:& Address 0x1000  execution information not found in "
+       "image.&&"},
+      {"1.011(rng+0x1000 - 0x1007)~1000 1007~1000 0 -", "1|Address Mismatch|Range 0x1000 - 0x1007:&&&"},
+      {"1.003(rng+0x1000 - 0x1007", "2||"},
+      {"1.003(rng+0x1000 - 0x1007)",
+       "1|Address Mismatch|Range 0x1000 - 0x1007:& Instruction at  0x1000 not found in "
+       "image.&&"},
+      {"", "0||"},
+  };
+  for (const auto& row : verified) EXPECT_EQ(Told(Images().VerifyImage(row.image)), row.told) << row.image;
+
+  const std::string one = "1.015(rng+0x1000 - 0x1003)~1000 1003~1000 1 - 1002 2 T ";
+  const struct {
+    std::string second;
+    const char* told;
+  } compared[] = {
+      {"1.015", "1|Range not found|Range 0x1000 - 0x1003:& Range Information not found in Image_2&&"},
+      {one + "1004 0 - ", "1|Address mismatch|Range 0x1000 - 0x1003:&Image 2 has a larger address area.&&"},
+      {"1.015(rng+0x1000 - 0x1003)~1000 1003~1000 1 - ",
+       "1|Address mismatch|Range 0x1000 - 0x1003:&Coverage Information for 0x1002 not found in image 2.&&"},
+      {"1.015(rng+0x1000 - 0x1003)~1000 1003~1000 1 - 1004 2 T ",
+       "1|Address mismatch|Range 0x1000 - 0x1003:&Instruction address mismatch. Image_1: 0x1002   Image_2: "
+       "0x1004&&"},
+      {"1.015(rng+0x1000 - 0x1003)~1000 1003~1000 ",
+       "1|Image file corrupted|Range 0x1000 - 0x1003:&Execution information for 0x1000 not found in image "
+       "2&&"},
+      {"1.015(rng+0x1000 - 0x1003)~1000 1003~1000 1 - 1002 2 t ", "0||"},
+      {"1.015(rng+0x1000", "2||"},
+  };
+  for (const auto& row : compared) EXPECT_EQ(Told(CompareImages(one, row.second)), row.told) << row.second;
+  EXPECT_EQ(Told(CompareImages("1.015(src+a.c)~f~1000 1 - ~g~", "1.015(src+a.c)~f~1000 1 - ")),
+            "1|Range not found|Range a.c:& Function g not found in image 2&&&");
+  EXPECT_EQ(
+      Told(CompareImages("1.015(rng+0x0 - 0x1)~0 1~0 ", "1.015(rng+0x0 - 0x1)~0 1~0 1 - ")),
+      "1|Image file corrupted|Range 0x0 - 0x1:&Address 0x0 execution information not found in image 1&&");
+}
+
+/// The comparison passes over equal stretches; the literal one looks at every entry.
+TEST(CompareImages, FindsTheOneEntryThatDiffersInALongImage) {
+  std::mt19937 random(11);
+  for (int round = 0; round < 200; ++round) {
+    std::string entries[2];
+    const std::uint32_t different = random() % 3000;
+    for (std::uint32_t i = 0; i < 3000; ++i) {
+      const std::uint32_t count = random() % 1000 + 1;
+      for (int side = 0; side < 2; ++side) {
+        entries[side] +=
+            platform::Format("%x %u - ", 0x1000 + 2 * i, count + (side == 1 && i == different ? 7u : 0u));
+      }
+    }
+    const std::string head = "1.005(rng+0x1000 - 0x276f)~1000 276f~";
+    const ImageVerdict verdict = CompareImages(head + entries[0], head + entries[1]);
+    EXPECT_NE(verdict.messages.find(platform::Format("mismatch at address 0x%x.", 0x1000 + 2 * different)),
+              std::string::npos)
+        << verdict.messages;
+    const std::string loose = "1.003(rng+0x1000 - 0x276f)~1000 276f~";
+    EXPECT_EQ(CompareImages(loose + entries[0], loose + entries[1]).runStatus, 0u);
+  }
+}
+
+TEST_F(ImagesTest, TheTestClientKeepsWhatItIsGiven) {
+  CoverageTestClient client(&host, nullptr, this, nullptr);
+  EXPECT_EQ(host.Registered(qal::iid::kCoverageTestClient).size(), 1u);
+  const auto selection = [&client] {
+    platform::WideOut text;
+    EXPECT_EQ(client.GetSelection(text.put()), 0);
+    return text.str();
+  };
+  EXPECT_EQ(selection(), "1.003");
+  qal::Flag unfinished = 1;
+  client.SetSelectionChecked(platform::Wide("1.010(rng+0x1000 - 0x1007)(src+C:*space*demo*main.c)").get(),
+                             &unfinished);
+  EXPECT_EQ(unfinished, 0);
+  EXPECT_EQ(selection(), "1.010(rng+0x1000 - 0x1007)(src+C:*space*demo*main.c)");
+  unfinished = 1;
+  client.SetSelectionChecked(platform::Wide("1.004(rng+0x1000 - 0x1007)(src+").get(), &unfinished);
+  EXPECT_EQ(unfinished, 1);
+  EXPECT_EQ(selection(), "1.004(rng+0x1000 - 0x1007)");
+  client.SetSelection(nullptr);
+  EXPECT_EQ(selection(), "1.003");
+
+  platform::WideOut image, name, messages;
+  client.SetSelection(platform::Wide("1.003(rng+0x1000 - 0x1007)").get());
+  client.GetCurrentImage(image.put());
+  std::uint32_t runStatus = 0;
+  EXPECT_EQ(client.VerifyWithSelection(image.get(), nullptr, name.put(), messages.put(), &runStatus), 0);
+  EXPECT_EQ(runStatus, 0u);
+  EXPECT_EQ(client.Compare(image.get(), platform::Wide("1.003(").get(), nullptr, nullptr, &runStatus), 1);
+  EXPECT_EQ(runStatus, 2u);
+
+  platform::WideOut copy;
+  EXPECT_EQ(client.TranslateImage(image.get(), 64, copy.put()), 1);
+  EXPECT_TRUE(copy.empty());
+  EXPECT_EQ(client.TranslateImage(image.get(), 32, copy.put()), 0);
+  EXPECT_EQ(copy.str(), image.str());
+
+  void* out = &client;
+  EXPECT_EQ(client.QueryInterface(&qal::iid::kHostAux, &out), qal::kNoInterface);
+  EXPECT_EQ(out, nullptr);
+  platform::WideOut context;
+  EXPECT_EQ(client.GetContextText(context.put()), qal::kFail);
+}
+
+}  // namespace
+}  // namespace coverage
