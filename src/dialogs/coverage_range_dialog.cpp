@@ -15,7 +15,8 @@ constexpr std::uint32_t kRange = 9044, kStartLabel = 9019, kStart = 204, kStartS
 }  // namespace
 
 CoverageRangeDialog::CoverageRangeDialog(qal::IQHost* host)
-    : RangeInputDialog(resource::kDialogCoverageRange, {kOk, kCancel}, {kEdit, kArrow}, {kStart, kEnd}, host) {}
+    : RangeInputDialog(resource::kDialogCoverageRange, {kOk, kCancel}, {kEdit, kArrow}, {kStart, kEnd},
+                       host) {}
 
 std::optional<AddressRange> CoverageRangeDialog::AskRange(platform::Window* owner, AddressRange current,
                                                           const RecentRanges& recent) {

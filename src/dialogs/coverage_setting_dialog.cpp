@@ -21,7 +21,8 @@ constexpr std::uint32_t kNew = 9060, kRange = 9039, kStartLabel = 9008, kStart =
 
 CoverageSettingDialog::CoverageSettingDialog(qal::IQHost* host, Request request, LastTexts& last,
                                              CoverageSettingHooks& hooks)
-    : RangeInputDialog(resource::kDialogCoverageSetting, {kOk, kCancel}, {kEdit, kArrow}, {kStart, kEnd}, host),
+    : RangeInputDialog(resource::kDialogCoverageSetting, {kOk, kCancel}, {kEdit, kArrow}, {kStart, kEnd},
+                       host),
       request_(std::move(request)),
       last_(last),
       hooks_(hooks) {}

@@ -1,1 +1,0 @@
-namespace {}  // Keeps the library non-empty.
