@@ -26,7 +26,7 @@ check: packages
 sanitize: packages
 	@cmake --preset sanitize >/dev/null && cmake --build --preset sanitize -- -j$(JOBS)
 	@ctest --preset sanitize -j$(JOBS)
-	@cmake --preset thread >/dev/null && cmake --build --preset thread -- -j$(JOBS)
+	@cmake --preset thread >/dev/null && cmake --build --preset thread --target thread_tests -- -j$(JOBS)
 	@ctest --preset thread -j$(JOBS) -L thread
 
 bench: packages
