@@ -17,6 +17,10 @@ constexpr std::chrono::milliseconds kPatience{100};
 /// A person who has pressed Ctrl-C so often wants the command to be left alone.
 constexpr int kInterruptsToAbandon = 3;
 
+/// Verbs that change nothing and so may be used while a box or a dialog is open.
+constexpr std::string_view kMeanwhile[] = {"help",   "windows",  "show",    "where",    "cat",     "same",
+                                           "ranges", "services", "options", "evaluate", "commands"};
+
 /// Command output and texts of boxes come with line ends of their own.
 std::vector<std::string> LinesOf(std::string_view text) {
   std::vector<std::string> lines;
@@ -69,12 +73,18 @@ Console::Console(LineSource& lines, std::ostream& out, Options options)
     : lines_(lines),
       out_(out),
       options_(options),
-      presenter_([this] { return ReadAnswer(); }, [this](std::string_view text) { Print(text); }),
-      presenterScope_(presenter_) {}
+      presenter_([this] { return ReadAnswer(); }, [this](std::string_view text) { PrintPicture(text); }),
+      presenterScope_(presenter_) {
+  presenter_.SetFallback([this](std::string_view line) { return ExecuteMeanwhile(std::string(line)); });
+}
 
 void Console::Print(std::string_view text) {
   if (text.empty()) out_ << '\n';
   for (const std::string& line : LinesOf(text)) out_ << line << '\n';
+}
+
+void Console::PrintPicture(std::string_view text) {
+  Print(ide_ ? platform::ReplaceAll(text, ide_->OpenProject().Directory(), "$(PROJDIR)") : std::string(text));
 }
 
 bool Console::StopAsked() { return InterruptScope::Taken(); }
@@ -161,6 +171,16 @@ bool Console::Execute(const std::string& line) {
     Fail(error.what());
   }
   return failures_ == before;
+}
+
+bool Console::ExecuteMeanwhile(const std::string& line) {
+  Words words(line);
+  const std::string first = words.Peek();
+  if (first.empty() || first[0] == '#') return true;
+  for (const std::string_view allowed : kMeanwhile) {
+    if (SameWord(first, allowed)) return Execute(line), true;
+  }
+  return false;
 }
 
 bool Console::RunCommand(const std::string& line, std::size_t limit) {

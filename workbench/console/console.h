@@ -66,6 +66,10 @@ class Console final : public IdeUser {
   std::optional<std::string> ReadAnswer();
   void Fail(const std::string& reason);
   void Settle();
+  /// What is open, as text; the project's directory is a placeholder there, so that machines agree.
+  void PrintPicture(std::string_view text);
+  /// A line for which an open box or dialog has no use. False when it cannot be carried out now.
+  bool ExecuteMeanwhile(const std::string& line);
 
   LineSource& lines_;
   std::ostream& out_;

@@ -94,7 +94,7 @@ std::string FindComponent() {
   const auto self = platform::ModulePath(reinterpret_cast<const void*>(&FindComponent));
   if (!self) return {};
   const std::string directory = platform::DirectoryPart(*self);
-  for (const char* place : {"", "..\\lib\\qal", "..\\lib64\\qal"}) {
+  for (const char* place : {"", "../" QAL_MODULE_DIR}) {
     const std::string path =
         platform::JoinPath(platform::FullPath(platform::JoinPath(directory, place)), kLibraryName);
     if (platform::PathExists(path)) return path;

@@ -12,6 +12,7 @@ inline constexpr qal::Status kRangeRefused = static_cast<qal::Status>(0x80040101
 inline constexpr qal::Status kRangeUnknown = static_cast<qal::Status>(0x80040102u);
 inline constexpr qal::Status kNothingLoaded = static_cast<qal::Status>(0x80040103u);
 inline constexpr qal::Status kNoSourceFile = static_cast<qal::Status>(0x80040104u);
+inline constexpr qal::Status kNoExpression = static_cast<qal::Status>(0x80040105u);
 
 /// The branches that the target took up to its last stop. Main thread.
 class PathCoverage final : public Service<qal::IQPathCoverage, qal::iid::kPathCoverage> {

@@ -29,6 +29,7 @@ constexpr StatusText kStatusTexts[] = {
     {kRangeUnknown, "This address range is not registered with the debugger."},
     {kNothingLoaded, "No program is downloaded to the target."},
     {kNoSourceFile, "The program has no source file of this name."},
+    {kNoExpression, "The expression is no address: it is made of numbers, symbols, +, -, * and brackets."},
     {qal::kNoInterface, "The debugger does not support this."},
     {qal::kFail, "The debugger cannot do this."},
 };

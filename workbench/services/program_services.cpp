@@ -127,7 +127,8 @@ qal::Status AddressText::AddressToText(std::uint32_t address, std::uint32_t, std
   return Guarded([&]() -> qal::Status {
     if (const auto debuggee = debugger_.Current()) {
       const Symbol* symbol = debuggee->program->SymbolAt(address);
-      if (symbol && symbol->address == address) return GiveText(platform::FromUtf8(symbol->name), text);
+      if (symbol && symbol->kind == Symbol::Kind::kFunction && symbol->address == address)
+        return GiveText(platform::FromUtf8(symbol->name), text);
     }
     return GiveText(platform::Format("%08x", address), text);
   });
@@ -181,7 +182,7 @@ qal::Status Expression::Evaluate(qal::WideText expression, std::uint32_t radix, 
   return Guarded([&]() -> qal::Status {
     const Evaluation result = EvaluateText(debugger_, expression, radix);
     const auto address = result.value ? ToAddress(*result.value) : std::nullopt;
-    if (!address) return qal::kFail;
+    if (!address) return kNoExpression;
     *value = *address;
     return qal::kOk;
   });
@@ -195,7 +196,7 @@ qal::Status Expression::EvaluateInRadix(qal::WideText expression, std::uint32_t 
   if (!value) return qal::kFail;
   return Guarded([&]() -> qal::Status {
     const Evaluation result = EvaluateText(debugger_, expression, radix);
-    if (!result.value) return qal::kFail;
+    if (!result.value) return kNoExpression;
     *value = *result.value;
     return qal::kOk;
   });

@@ -47,7 +47,7 @@ class Source final : public Service<qal::IQSource, qal::iid::kSource> {
   SymbolTable symbols_;
 };
 
-/// An address as its symbol's name when one begins there, else as 8 hexadecimal digits. Any thread.
+/// An address as the name of the function that begins there, else as 8 hexadecimal digits. Any thread.
 class AddressText final : public Service<qal::IQAddressText, qal::iid::kAddressText> {
  public:
   explicit AddressText(DebugSession& debugger) : debugger_(debugger) {}

@@ -298,7 +298,11 @@ qal::Status WindowService::CreateFrame(qal::WideText key, qal::WideText title, s
     std::string newKey = keyText;
     if (frameKey) {
       newKey = platform::Narrow(*frameKey);
-      if (newKey.empty()) newKey = keyText + "#" + std::to_string(nextFrame_++);
+      const auto taken = [&] {
+        return std::any_of(frames_.begin(), frames_.end(),
+                           [&](const auto& known) { return known->Key() == newKey; });
+      };
+      while (newKey.empty() || taken()) newKey = keyText + "#" + std::to_string(nextFrame_++);
     } else if (outer) {
       newKey += "/view";
     }

@@ -180,7 +180,9 @@ TEST(Console, RefusesWordsThatMakeNoSense) {
     const std::string said = Session(std::string(row.line) + "\n").Said();
     const std::string expected = "> " + std::string(row.line) + "\nerror: " + (row.reason ? row.reason : "");
     EXPECT_EQ(said.substr(0, expected.size()), expected);
-    if (row.reason) EXPECT_EQ(said, expected + "\n");
+    if (row.reason) {
+      EXPECT_EQ(said, expected + "\n");
+    }
   }
 }
 
