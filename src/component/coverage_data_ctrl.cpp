@@ -56,6 +56,8 @@ bool CJepCoverageDataCtrl::LoadResources() {
   const std::string directory =
       separator == std::string::npos ? std::string{} : library->substr(0, separator + 1);
   std::string failure;
+  // The one from before goes first: it may be the same library, which would then be searched no more.
+  resourceModule.reset();
   resourceModule = LoadResourceModule(directory + kResourceFile, &failure);
   if (resourceModule != nullptr) return true;
   platform::ShowMessageBox(failure);

@@ -41,6 +41,12 @@ platform::LResult CJepCoverageCtrl::OnTimer(const platform::Message& message) {
 
 platform::LResult CJepCoverageCtrl::CloseChild(qal::WindowHandle window, platform::LParam second) {
   if (windows->CloseByHandle(window)) return 1;
+  // The frame of a pane that belongs to no window: its range was refused.
+  for (const auto& child : children) {
+    if (window == 0 || child->ParentHandle() != window) continue;
+    RemoveChild(*child);
+    return 1;
+  }
   return CUiDebugCommandSink::CloseChild(window, second);
 }
 

@@ -172,6 +172,8 @@ class CoverageWindows final : public PaneHost,
                             DataPane& first);
   void RegisterPane(DataPane& pane);
   void ShowWindow(StatisticsPane& window);
+  /// After ranges were added: a file adds many before they are shown.
+  void ShowRanges(StatisticsPane& window);
   void FillAgain(StatisticsPane& window);
   FileFunctions List(const std::string& sourceFile);
   void Forget(StatisticsPane& window);

@@ -135,6 +135,7 @@ bool CoverageWindows::LoadFile(const std::string& path) {
     } else {
       RangeSections sections(*this, header.type);
       reader.ReadSections(header.type, SectionFileLine::kNone, sections);
+      if (StatisticsPane* const window = FirstRangeWindow()) ShowRanges(*window);
     }
   }
   owner.SwitchCoverage();

@@ -123,19 +123,24 @@ CoverageWindows::DataPane* CoverageWindows::AddRange(StatisticsPane& window, std
                                                      std::uint32_t end, bool onlyOnce) {
   end = LastByte(start, end);
   const auto& instances = window.Record().instances;
-  const bool there = std::any_of(instances.begin(), instances.end(), [&](const auto& each) {
-    return each.second->start == start && each.second->end == end && each.second->functionName.empty();
-  });
-  if (onlyOnce && there) return nullptr;
+  if (onlyOnce && std::any_of(instances.begin(), instances.end(), [&](const auto& each) {
+        return each.second->start == start && each.second->end == end && each.second->functionName.empty();
+      })) {
+    return nullptr;
+  }
   DataPane& pane = NewPane(start, end, {}, 0);
   RegisterPane(pane);
   if (pane.Instance().rangeSet != 0) NoteRecentRange(start, end);
   window.AddPane(pane);
+  if (!loading) ShowRanges(window);
+  return &pane;
+}
+
+void CoverageWindows::ShowRanges(StatisticsPane& window) {
   window.DisplayRegistered();
   window.ResetList();
   ShowWindow(window);
   marks.DropLineMarks();
-  return &pane;
 }
 
 // Source files.

@@ -1,0 +1,143 @@
+#include "view/line_marks.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <random>
+
+#include "unit/view/view_world.h"
+
+namespace coverage {
+namespace {
+
+/// Instances without windows; counts how often they are asked for.
+class Instances final : public CoveredInstances {
+ public:
+  explicit Instances(qal::IQHost* host) : host_(host) {}
+  CoverageInstance& Add(std::uint32_t start, std::uint32_t end, std::uint32_t enabled = 1) {
+    owned.push_back(std::make_unique<CoverageInstance>(host_, start, end, "", 0));
+    owned.back()->rangeSet = owned.back()->counts->SetRange(start, end);
+    owned.back()->SetEnabled(enabled);
+    return *owned.back();
+  }
+  std::vector<CoverageInstance*> AllInstances() override {
+    ++asked;
+    std::vector<CoverageInstance*> all;
+    for (const auto& instance : owned) all.push_back(instance.get());
+    return all;
+  }
+  std::vector<std::unique_ptr<CoverageInstance>> owned;
+  int asked = 0;
+
+ private:
+  qal::IQHost* host_;
+};
+
+class Marks : public testing::Test {
+ protected:
+  Marks() {
+    marks.SetColumn(EditorColumn::kSource, 1);
+    marks.SetColumn(EditorColumn::kDisassembly, 2);
+    world.log.Clear();
+  }
+  /// The mark of an address as the disassembly column gets it; 0 for none.
+  std::int32_t At(std::uint32_t address) {
+    return marks.Mark(EditorColumn::kDisassembly, "dis", address).value_or(0);
+  }
+  std::int32_t AtLine(std::uint32_t line) {
+    return marks.Mark(EditorColumn::kSource, ViewWorld::kSource, line).value_or(0);
+  }
+
+  ViewWorld world;
+  Instances instances{&world.host};
+  CommandModel model{&world.host};
+  LineMarks marks{instances, model, &world.target.source, &world.columns};
+};
+
+TEST_F(Marks, OutcomesOfAnAddressBecomeItsMark) {
+  CoverageInstance& instance = instances.Add(0x1000, 0x10FF);
+  const std::uint32_t outcomes[] = {0, 1, 2, 3};
+  for (const std::uint32_t pass : outcomes) instance.counts->AddOne(0x1010 + 4 * pass, 1, pass);
+  EXPECT_EQ(At(0x1010), 6);
+  EXPECT_EQ(At(0x1014), 5);
+  EXPECT_EQ(At(0x1018), 4);
+  EXPECT_EQ(At(0x101C), 3);
+  EXPECT_EQ(At(0x1000), 9);
+  EXPECT_EQ(At(0x10FF), 9);
+  EXPECT_EQ(At(0x1100), 0);
+  EXPECT_EQ(At(0x0FFF), 0);
+}
+
+TEST_F(Marks, DisabledInstancesCoverNothing) {
+  instances.Add(0x1000, 0x10FF, 0).counts->AddOne(0x1000, 1, 1);
+  EXPECT_EQ(At(0x1000), 0);
+}
+
+TEST_F(Marks, WindowsComeBeforeTheCommandLine) {
+  model.SetStoreRange(0x1000, 0x1FFF);
+  model.commandStore().AddOne(0x1004, 1, 1);
+  model.commandStore().AddOne(0x1104, 1, 1);
+  const auto added = model.AddWindow(0x3000, 0x30FF, "f");
+  added.counts->AddOne(0x3000, 2, 2);
+  instances.Add(0x1000, 0x10FF);
+  EXPECT_EQ(At(0x1004), 9);  // the window covers it and has not executed it
+  EXPECT_EQ(At(0x1104), 5);
+  EXPECT_EQ(At(0x3000), 4);
+  EXPECT_EQ(At(0x3002), 9);
+  model.SetStoreActive(0);
+  model.SetWindowEnabled(1, false);
+  marks.Refresh();
+  EXPECT_EQ(At(0x1104), 0);
+  EXPECT_EQ(At(0x3000), 0);
+}
+
+TEST_F(Marks, CommandWindowsThatWereReplacedAreSeenAtOnce) {
+  model.SetStoreActive(0);
+  model.AddWindow(0x3000, 0x30FF, "f");
+  EXPECT_EQ(At(0x3000), 9);
+  model.RemoveAllWindows();
+  EXPECT_EQ(At(0x3010), 0);
+  model.AddWindow(0x4000, 0x40FF, "g");
+  EXPECT_EQ(At(0x4000), 9);
+  EXPECT_EQ(At(0x3020), 0);
+}
+
+TEST_F(Marks, ALineIsWorkedOutOnceAndDrawnAgain) {
+  CoverageInstance& instance = instances.Add(0x1000, 0x10FF);
+  world.log.Clear();
+  EXPECT_EQ(AtLine(3), 9);
+  EXPECT_EQ(world.log.Take("columns"), "columns.RefreshLines(\"c:\\space\\demo\\main.c\", 1, 3, 3)\n");
+  instance.counts->AddOne(0x1000, 1, 0);
+  EXPECT_EQ(AtLine(3), 9);
+  EXPECT_EQ(AtLine(7), 0);   // no code
+  EXPECT_EQ(AtLine(20), 0);  // outside every range
+  EXPECT_EQ(world.log.Take("columns"), "");
+  marks.DropLineMarks();
+  EXPECT_EQ(world.log.Take("columns"),
+            "columns.RefreshLines(\"c:\\space\\demo\\main.c\", 1, 1, -1)\n"
+            "columns.UpdateColumns(0)\ncolumns.RefreshLines(null, 1, 1, -1)\n");
+  EXPECT_EQ(AtLine(3), 6);
+}
+
+TEST_F(Marks, MissingServicesGiveNoMarks) {
+  instances.Add(0x1000, 0x10FF);
+  LineMarks lonely(instances, model, nullptr, nullptr);
+  EXPECT_EQ(lonely.Mark(EditorColumn::kSource, "a.c", 3), std::nullopt);
+  EXPECT_EQ(lonely.Mark(EditorColumn::kDisassembly, "dis", 0x1000), std::nullopt);
+  instances.Add(0, 0xFF);
+  lonely.DropLineMarks();
+  EXPECT_EQ(lonely.Mark(EditorColumn::kDisassembly, "dis", 0x1000), 9);  // address 0
+}
+
+TEST_F(Marks, ManyInstancesAreAskedForOnce) {
+  std::mt19937 random(11);
+  for (int i = 0; i < 2000; ++i) instances.Add(0x10000 + 16 * i, 0x1000F + 16 * i);
+  for (int i = 0; i < 2000; ++i) At(0x10000 + random() % 32000);
+  EXPECT_EQ(instances.asked, 1);
+  marks.ForgetInstances();
+  EXPECT_EQ(At(0x10001), 9);
+  EXPECT_EQ(instances.asked, 2);
+}
+
+}  // namespace
+}  // namespace coverage

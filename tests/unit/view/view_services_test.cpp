@@ -1,0 +1,120 @@
+#include <gtest/gtest.h>
+
+#include "platform/text.h"
+#include "unit/view/view_world.h"
+#include "view/active_session.h"
+#include "view/display_settings.h"
+#include "view/message_options.h"
+#include "view/recent_list.h"
+
+namespace coverage {
+namespace {
+
+TEST(MessageOptions, AreRegisteredInOrderAndWithdrawnByTheirIdentifiers) {
+  ViewWorld world;
+  MessageOptions options(&world.options);
+  EXPECT_EQ(world.log.Take(),
+            "options.RegisterOption(messages, \"Clear Coverage Data\", -1)\n"
+            "options.RegisterOption(messages, \"Clear Coverage Data at Closing\", -1)\n"
+            "options.RegisterOption(messages, \"Save Coverage at Session Saving\", -1)\n"
+            "options.RegisterOption(messages, \"Save Coverage data again after save\", -1)\n"
+            "options.RegisterOption(messages, \"Coverage Macro Recording Limitation\", -1)\n");
+  world.options.state[4] = true;
+  world.options.answer[5] = false;
+  EXPECT_TRUE(options.Asks(MessageOption::kSaveAgain));
+  EXPECT_FALSE(options.Asks(MessageOption::kClearData));
+  EXPECT_TRUE(options.Ask(MessageOption::kSaveAgain, "again?"));
+  EXPECT_FALSE(options.Ask(MessageOption::kMacroLimitation, "this one?"));
+  world.log.FailCall(1, "options.AskOption");
+  EXPECT_FALSE(options.Ask(MessageOption::kSaveAgain, "again?"));
+  world.log.Clear();
+  options.Withdraw();
+  options.Withdraw();
+  EXPECT_EQ(world.log.Take(),
+            "options.WithdrawOption(1)\noptions.WithdrawOption(2)\noptions.WithdrawOption(3)\n"
+            "options.WithdrawOption(4)\noptions.WithdrawOption(5)\n");
+}
+
+TEST(MessageOptions, NothingAsksWithoutTheServiceOrARefusedOption) {
+  MessageOptions none(nullptr);
+  EXPECT_FALSE(none.Asks(MessageOption::kClearData));
+  EXPECT_FALSE(none.Ask(MessageOption::kClearData, "?"));
+  none.Withdraw();
+
+  ViewWorld world;
+  world.log.FailCall(2, "options.RegisterOption");
+  MessageOptions options(&world.options);
+  world.options.state[2] = true;
+  EXPECT_FALSE(options.Asks(MessageOption::kClearDataAtClosing));
+  world.log.Clear();
+  options.Withdraw();
+  EXPECT_EQ(world.log.Count("options.WithdrawOption"), 4);
+}
+
+TEST(DisplaySettings, APairIsTakenOnlyWhole) {
+  struct Row {
+    const char* what;
+    std::map<std::string, std::string> texts;
+    std::map<std::string, std::uint32_t> numbers;
+    const char* picture;
+  };
+  const Row rows[] = {
+      {"a fresh store", {}, {}, "Courier New 11 17 17"},
+      {"everything there",
+       {{"JEP_COVERAGE_FONT_NAME", "Terminus"}},
+       {{"JEP_COVERAGE_FONT_SIZE", 9}, {"JEP_COVERAGE_FGCOLOUR", 3}, {"JEP_COVERAGE_BKCOLOUR", 4}},
+       "Terminus 9 3 4"},
+      {"no size, no background",
+       {{"JEP_COVERAGE_FONT_NAME", "Terminus"}},
+       {{"JEP_COVERAGE_FGCOLOUR", 3}},
+       "Courier New 11 17 17"},
+      {"no name, no foreground",
+       {},
+       {{"JEP_COVERAGE_FONT_SIZE", 9}, {"JEP_COVERAGE_BKCOLOUR", 4}},
+       "Courier New 11 17 17"},
+  };
+  for (const Row& row : rows) {
+    doubles::StubSettings settings;
+    settings.texts = row.texts;
+    settings.numbers = row.numbers;
+    DisplayFont font;
+    std::int32_t fore = 17;
+    std::int32_t back = 17;
+    ReadDisplayFont(&settings, font);
+    ReadDisplayColours(&settings, fore, back);
+    EXPECT_EQ(platform::Format("%s %d %d %d", platform::Narrow(std::u16string_view(font.face)).c_str(),
+                               font.size, fore, back),
+              row.picture)
+        << row.what;
+  }
+  WriteDisplayFont(nullptr, {});
+  WriteDisplayColours(nullptr, 1, 2);
+}
+
+TEST(ComponentActive, FollowsTheSessionState) {
+  ViewWorld world;
+  EXPECT_TRUE(ComponentActive(&world.host));
+  world.session.current = false;
+  EXPECT_FALSE(ComponentActive(&world.host));
+  world.session.name = "";
+  EXPECT_TRUE(ComponentActive(&world.host));
+  world.log.FailCall(1, "session.GetName");
+  doubles::StubSessionState failing(world.log);
+  failing.current = false;
+  failing.name = "";
+  world.host.Offer(failing);
+  EXPECT_FALSE(ComponentActive(&world.host));
+  world.host.Withdraw(qal::iid::kSessionState);
+  EXPECT_FALSE(ComponentActive(&world.host));
+  EXPECT_FALSE(ComponentActive(nullptr));
+}
+
+TEST(RecentList, HoldsTenTextsEachOnce) {
+  RecentList list;
+  for (int i = 0; i < 12; ++i) list.Note(std::to_string(i));
+  list.Note("5");
+  EXPECT_EQ(list.texts(), (std::vector<std::string>{"5", "11", "10", "9", "8", "7", "6", "4", "3", "2"}));
+}
+
+}  // namespace
+}  // namespace coverage
