@@ -1,4 +1,4 @@
-// A day in the life of a small controller, in about three million instructions.
+// A day in the life of a small controller, in about two million instructions.
 #include "firmware.h"
 
 static uint32_t randomState = 12345;

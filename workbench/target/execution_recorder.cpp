@@ -42,7 +42,6 @@ void ExecutionRecorder::BeginSlice(std::uint32_t pc, std::uint64_t soft, std::ui
   stoppedAtBlock_ = false;
   pending_ = nullptr;
   passing_ = nullptr;
-  if (tracing_) pairs_.reserve(pairs_.size() + std::min<std::uint64_t>(soft, 1'000'000) + 1);
 }
 
 bool ExecutionRecorder::StopInside() {

@@ -36,10 +36,14 @@ struct Wanted {
   bool writable;
 };
 
+// The vector table stands where the image begins.
 std::uint32_t VectorWord(const Program& program, std::uint32_t index) {
   std::array<std::uint8_t, 4> bytes{};
-  if (program.Segments().empty()) return 0;
-  program.ReadImage(program.Segments().front().address + 4 * index, bytes.data(), 4);
+  for (const Segment& segment : program.Segments()) {
+    if (segment.bytes.empty()) continue;
+    program.ReadImage(segment.address + 4 * index, bytes.data(), 4);
+    break;
+  }
   return bytes[0] | bytes[1] << 8 | bytes[2] << 16 | static_cast<std::uint32_t>(bytes[3]) << 24;
 }
 
@@ -109,6 +113,7 @@ void Machine::LayOut(const Program& program) {
     area.bytes = std::make_unique<std::uint8_t[]>(area.size);
     if (area.writable) area.before = std::make_unique<std::uint8_t[]>(area.size);
     regions_.push_back({area.start, area.start + (area.size - 1), area.writable});
+    if (area.writable) writableBytes_ += area.size;
     areas_.push_back(std::move(area));
   }
 }
@@ -156,7 +161,7 @@ void Machine::Reset(const Program& program) {
   Require(uc_context_restore(engine_, fresh_), "reset the registers");
   const std::uint32_t stack = VectorWord(program, 0) & ~3u;
   const std::uint32_t vector = VectorWord(program, 1);
-  const std::uint32_t pc = (vector != 0 ? vector : program.Entry()) & ~1u;
+  const std::uint32_t pc = (program.IsInCode(vector & ~1u) ? vector : program.Entry()) & ~1u;
   uc_reg_write(engine_, UC_ARM_REG_SP, &stack);
   uc_reg_write(engine_, UC_ARM_REG_PC, &pc);
 }

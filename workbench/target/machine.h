@@ -32,6 +32,8 @@ class Machine {
   Machine& operator=(const Machine&) = delete;
 
   const std::vector<MemoryRegion>& Regions() const { return regions_; }
+  /// Each slice without code events begins with a copy of this much memory.
+  std::uint64_t WritableBytes() const { return writableBytes_; }
   void Attach(ExecutionRecorder* recorder) { recorder_ = recorder; }
 
   /// Memory as after a download, registers as after a reset.
@@ -85,6 +87,7 @@ class Machine {
   ExecutionRecorder* recorder_ = nullptr;
   std::vector<Area> areas_;
   std::vector<MemoryRegion> regions_;
+  std::uint64_t writableBytes_ = 0;
   std::vector<Breakpoint> breakpoints_;
   std::optional<uc_hook> codeHook_;
   bool replaying_ = false;

@@ -11,6 +11,7 @@
 namespace workbench {
 namespace {
 
+constexpr std::uint64_t kSmallRam = 1 << 20;
 constexpr const char* kEndNames[] = {"firmware_end", "_exit", "exit"};
 
 std::vector<ExecutionRecorder::Region> RecordedRegions(const Machine& machine) {
@@ -76,12 +77,15 @@ StopReport Simulator::RunUntil(std::uint64_t count, std::optional<std::uint32_t>
   running_.store(true, std::memory_order_relaxed);
 
   const bool counting = mode_ == RecordMode::kCounts || mode_ == RecordMode::kBoth;
+  std::uint64_t slice = sliceSize_;
+  if (const std::uint64_t copied = machine_->WritableBytes(); copied > kSmallRam)
+    slice = std::max(slice, copied / 8);
   for (;;) {
     const std::uint64_t done = recorder_->Committed() - begin;
     // Without counts only the last few instructions of a count need code events; no block is longer than
     // that.
     const bool exact = counting || count - done <= kExactTail;
-    recorder_->BeginSlice(machine_->Pc(), sliceSize_, count - done, exact);
+    recorder_->BeginSlice(machine_->Pc(), slice, count - done, exact);
     const Machine::SliceEnd end = machine_->RunSlice(exact);
     recorder_->EndSlice(end.pc);
 
@@ -94,7 +98,7 @@ StopReport Simulator::RunUntil(std::uint64_t count, std::optional<std::uint32_t>
     if (recorder_->Committed() - begin >= count) return stop(StopReason::kCount);
     if (sliceCallback_ && !sliceCallback_()) return stop(StopReason::kRequest);
     if (stopRequested_.load(std::memory_order_relaxed)) return stop(StopReason::kRequest);
-    if (recorder_->PathWaiting() >= kPathLimit) return stop(StopReason::kRecordFull);
+    if (recorder_->PathWaiting() >= pathLimit_) return stop(StopReason::kRecordFull);
   }
 }
 

@@ -121,7 +121,10 @@ class Simulator {
   std::uint32_t ReadRegister(unsigned index) const;
 
   void SetSliceCallback(SliceCallback callback) { sliceCallback_ = std::move(callback); }
+  /// Targets with more than 1 MiB of RAM may take larger slices.
   void SetSliceSize(std::uint32_t instructions);
+  /// In place of kPathLimit; a slice may exceed it by its own pairs.
+  void SetPathLimit(std::size_t pairs) { pathLimit_ = pairs; }
 
   // --- the record ---
   RecordMode Recording() const { return mode_; }
@@ -157,6 +160,7 @@ class Simulator {
   std::optional<std::uint32_t> endAddress_;
   SliceCallback sliceCallback_;
   std::uint32_t sliceSize_ = kSliceSize;
+  std::size_t pathLimit_ = kPathLimit;
   std::uint64_t resetAt_ = 0;
   std::string fault_;  // why the target cannot go on
   std::atomic<bool> stopRequested_{false};

@@ -54,11 +54,12 @@ void Use(const Program& program) {
   EXPECT_GE(sum, 0u);
 }
 
-bool LoadAndUse(const Bytes& bytes) {
-  const TemporaryFile file(bytes);
+// With `run`, executes it too.
+bool LoadAndUse(const Bytes& bytes, bool run) {
   try {
-    const auto program = Program::Load(file.Path());
+    const auto program = Program::FromBytes("image.elf", bytes);
     Use(*program);
+    if (!run) return true;
     try {
       workbench::Simulator simulator(program);
       simulator.SetRecording(workbench::RecordMode::kBoth);
@@ -70,7 +71,7 @@ bool LoadAndUse(const Bytes& bytes) {
     }
     return true;
   } catch (const ProgramError& error) {
-    EXPECT_EQ(std::string(error.what()).substr(0, file.Path().size()), file.Path());
+    EXPECT_EQ(std::string(error.what()).substr(0, 11), "image.elf: ");
     return false;
   }
 }
@@ -177,7 +178,7 @@ TEST(HostileProgram, CutShortAnywhere) {
   for (std::size_t size = 0; size < whole.size(); size += size < 200 ? 1 : 97) {
     SCOPED_TRACE(size);
     // The section table stands at the end of the file: whatever is missing, something lies beyond it.
-    EXPECT_FALSE(LoadAndUse(Bytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size))));
+    EXPECT_FALSE(LoadAndUse(Bytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size)), false));
   }
 }
 
@@ -202,7 +203,7 @@ TEST(HostileProgram, BytesTurnedOverAtRandom) {
       Bytes bytes = whole;
       for (int i = 0; i < area.flips; ++i)
         bytes[area.from + random() % (area.to - area.from)] ^= static_cast<std::uint8_t>(1u << random() % 8);
-      loaded += LoadAndUse(bytes) ? 1 : 0;
+      loaded += LoadAndUse(bytes, seed % 10 == 0) ? 1 : 0;
     }
     EXPECT_GT(loaded, 0) << area.what << ": the damage never came past the header";
   }

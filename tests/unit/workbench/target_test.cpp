@@ -283,6 +283,24 @@ TEST(Target, TakingInsideARunAddsNoPair) {
   EXPECT_TRUE(pieces.pairs == whole.pairs);
 }
 
+TEST(Target, FullRecordPausesTheRun) {
+  Simulator simulator(Firmware());
+  simulator.SetRecording(RecordMode::kPath);
+  simulator.SetPathLimit(20'000);
+  Walked walked;
+  int pauses = 0;
+  StopReport stop;
+  while ((stop = simulator.Run()).reason == StopReason::kRecordFull) {
+    EXPECT_GE(simulator.PathWaiting(), 20'000u);
+    walked.Add(simulator.TakePath());
+    ++pauses;
+  }
+  EXPECT_EQ(stop.reason, StopReason::kEndOfProgram);
+  EXPECT_GT(pauses, 5);
+  walked.Add(simulator.TakePath());
+  EXPECT_TRUE(walked.Times(WholeFirmware().times) == WholeFirmware().times);
+}
+
 TEST(Target, StopReasons) {
   const auto program = Firmware();
   Simulator simulator(program);
