@@ -251,6 +251,94 @@ TEST_F(Windows, FilesThatAreNoneAreRefused) {
   EXPECT_EQ(Picture(), "range 1:1000-100f*\n");
 }
 
+TEST_F(Windows, AFileWindowTakesAnotherSourceFile) {
+  constexpr const char* kOther = "C:\\space\\demo\\other.c";
+  world.target.Function(kOther, "helper", 0x1100, 0x110F);
+  auto* window = Open().NewFileWindow(ViewWorld::kSource, "$(PROJDIR)\\main.c");
+  window->Record().instances[1]->counts->AddOne(0x1000, 3, 0);
+  Do({"click 9022"}, [&] { Open().RequestSourceChange(*window->Pane(1)); });
+  EXPECT_EQ(Picture(), "file 1:1000-100f=main* 2:1010-101f=step\n");
+  EXPECT_EQ(window->Record().instances[1]->counts->Lookup(0x1000)->times, 0u);  // cleared all the same
+  Do({"type 9046 $(PROJDIR)\\other", "click 9021"}, [&] { Open().RequestSourceChange(*window->Pane(2)); });
+  EXPECT_EQ(Picture(), "file 1:1100-110f=helper*\n");
+  EXPECT_EQ(Open().Windows()[0]->Record().sourceFile, kOther);
+  EXPECT_EQ(Open().Memory().sourcePath, "C:\\space\\demo");
+}
+
+TEST_F(Windows, AChangeOfSourceIsForgottenWithItsPane) {
+  auto* window = Open().NewFileWindow(ViewWorld::kSource, "main.c");
+  Open().RequestSourceChange(*window->Pane(1));
+  Open().CloseAll();
+  Do({}, [] {});  // the posted command finds no pane and opens no dialog
+  EXPECT_EQ(Picture(), "");
+}
+
+TEST_F(Windows, ADownloadOffersUnsavedWindows) {
+  struct Row {
+    const char* what;
+    bool option;
+    std::uint32_t percentage;
+    std::deque<std::string> lines;
+    const char* saved;  // bytes of the file that was written, cut to its first line
+  };
+  const Row rows[] = {
+      {"option off", false, 50, {}, ""},
+      {"nothing executed", true, 0, {}, ""},
+      {"no", true, 50, {"click 9032"}, ""},
+      {"no to all", true, 50, {"click 9065"}, ""},
+      {"yes", true, 50, {"click 9031", "type 9035 C:\\cov.cov", "click 9037"}, "Configuration name= Debug"},
+  };
+  for (const Row& row : rows) {
+    auto* window = Open().NewRangeWindow(0x1000, 0x10FF);
+    window->Record().instances[1]->percentage = row.percentage;
+    world.options.state[3] = row.option;
+    Do(row.lines, [&] { view->OnDownload(); });
+    const std::string bytes = disk.Bytes("cov.cov");
+    EXPECT_EQ(bytes.substr(0, bytes.find('\r')), row.saved) << row.what;
+    Open().CloseAll();
+  }
+}
+
+TEST_F(Windows, ClearingAFunctionAsksForWhatWasNotSaved) {
+  auto* window = Open().NewFileWindow(ViewWorld::kSource, "main.c");
+  CoverageInstance& instance = *window->Record().instances[2];
+  instance.saved = 1;
+  EXPECT_TRUE(Open().MayClearFunction(*window->Pane(2)));  // the option does not ask
+  EXPECT_EQ(instance.saved, 0u);
+  world.options.state[1] = true;
+  bool may = true;
+  Do({"click 9018"}, [&] { may = Open().MayClearFunction(*window->Pane(2)); });
+  EXPECT_FALSE(may);
+  Do({"check 9059 off", "click 9017"}, [&] { may = Open().MayClearFunction(*window->Pane(2)); });
+  EXPECT_TRUE(may);
+  instance.modified = 0;
+  EXPECT_TRUE(Open().MayClearFunction(*window->Pane(2)));
+}
+
+TEST_F(Windows, AFullDiskLeavesTheWindowUnsaved) {
+  auto* window = Open().NewRangeWindow(0x1000, 0x1FFF);
+  platform::SetDiskSpace(100);
+  Do({"type 9035 C:\\cov.cov", "click 9037"}, [&] { Open().SavePane(*window->Pane(1)); });
+  EXPECT_EQ(world.boxes.Take(), "information ok: The data cannot be saved, error in opening the file.\n");
+  EXPECT_EQ(window->Record().instances[1]->saved, 0u);
+  EXPECT_EQ(window->Record().instances[1]->modified, 1u);
+  EXPECT_TRUE(Open().Memory().recentCoverageFiles.empty());
+}
+
+TEST_F(Windows, AFunctionFileFillsItsWindow) {
+  auto* window = Open().NewFileWindow(ViewWorld::kSource, "main.c");
+  window->Record().instances[2]->counts->AddOne(0x1012, 9, 2);
+  window->Record().instances[1]->SetEnabled(0);
+  Do({"type 9035 C:\\cov.cov", "click 9037"}, [&] { Open().SaveWindow(*window); });
+  EXPECT_NE(disk.Bytes("cov.cov").find("File name= $(PROJDIR)\\main.c\r\n[Coverage Instance 1]"),
+            std::string::npos);
+  window->Record().instances[2]->counts->Clear();
+  // Loaded through a pane, the new window takes the old one's place.
+  Do({"type 9014 C:\\cov.cov", "click 9027"}, [&] { Open().LoadPane(*window->Pane(1)); });
+  EXPECT_EQ(Picture(), "file 1:1000-100f=main off* 2:1010-101f=step\n");
+  EXPECT_EQ(*Open().Windows()[0]->Record().instances[2]->counts->Lookup(0x1012), (CoverageCell{9, 2}));
+}
+
 TEST_F(Windows, OpeningWhileAMacroIsRecordedAsksAndRecords) {
   world.recorder.recording = true;
   world.host.Offer(world.recorder);
