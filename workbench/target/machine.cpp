@@ -109,7 +109,7 @@ void Machine::LayOut(const Program& program) {
     area.start = static_cast<std::uint32_t>(want.start);
     area.size = static_cast<std::uint32_t>(want.end - want.start);
     area.writable = want.writable;
-    // Mapped by the host's address: whole pages of the host, zeroed.
+    // Mapped into the simulator where it stands, so that it can be read without asking the simulator.
     area.bytes = std::make_unique<std::uint8_t[]>(area.size);
     if (area.writable) area.before = std::make_unique<std::uint8_t[]>(area.size);
     regions_.push_back({area.start, area.start + (area.size - 1), area.writable});
