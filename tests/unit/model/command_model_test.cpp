@@ -182,7 +182,9 @@ TEST_F(CommandModelTest, AReaderRunsBesideEveryChange) {
           CoverageCell cell;
           const auto read = model.ReadCell(store->id, at, cell);
           if (read == CommandModel::CellRead::kGone) break;
-          if (read == CommandModel::CellRead::kCell) EXPECT_EQ(cell.times % 2, 0u);
+          if (read == CommandModel::CellRead::kCell) {
+            EXPECT_EQ(cell.times % 2, 0u);
+          }
           ++rows;
         }
       }
