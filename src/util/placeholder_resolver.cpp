@@ -142,7 +142,7 @@ std::string PlaceholderResolver::WorkspaceValue(int index, const PlaceholderKeys
   const auto key = [&](const std::string& own, qal::Status (qal::IQWorkspace::*ask)(char16_t**)) {
     return own.empty() ? value((workspace_->*ask)(text.put())) : own;
   };
-  const std::string itself = PlaceholderName(index, true);
+  std::string itself = PlaceholderName(index, true);
   const bool needsProject = index >= placeholder::kProjectDir;
   const bool needsConfiguration = index == placeholder::kConfigName || index == placeholder::kConfigDir;
   const std::string workspaceKey = key(given.workspace, &qal::IQWorkspace::GetWorkspaceKey);

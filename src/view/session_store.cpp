@@ -37,6 +37,14 @@ constexpr std::size_t kMostFiles = 4;
 constexpr std::uint32_t kMostWindows = 1000;
 constexpr std::uint32_t kMostInstances = 20000;
 
+/// What the keys of a file window's functions begin with.
+std::string FunctionKey(std::uint32_t window) {
+  std::string key = kFunctionWindow;
+  key += std::to_string(window);
+  key += kFunction;
+  return key;
+}
+
 }  // namespace
 
 SessionStore::SessionStore(qal::IQHost* host, CoverageWindows& windows, MessageOptions& options,
@@ -114,8 +122,9 @@ std::uint32_t SessionStore::SaveFileWindows() {
     SetNumber(key, static_cast<std::uint32_t>(instances.size()));
     SetText(key + kSourceFile, Collapse(files[i]->Record().sourceFile));
     SetText(key + kViewKey + std::to_string(i), windows_.ViewKeyOf(*files[i]));
+    const std::string functionKey = FunctionKey(i);
     for (const auto& [number, instance] : instances) {
-      SaveInstance(kFunctionWindow + std::to_string(i) + kFunction + std::to_string(number - 1), *instance);
+      SaveInstance(functionKey + std::to_string(number - 1), *instance);
       unsaved += instance->modified == 1;
     }
   }
@@ -230,7 +239,7 @@ void SessionStore::Restore() {
   RestoreRangeWindows();
   const std::uint32_t files = std::min(GetNumber(kFileWindows), kMostWindows);
   for (std::uint32_t i = 0; i < files; ++i) {
-    RestoreFileWindow(kFileWindow + std::to_string(i), kFunctionWindow + std::to_string(i) + kFunction, i);
+    RestoreFileWindow(kFileWindow + std::to_string(i), FunctionKey(i), i);
   }
   const std::uint32_t named = std::min(GetNumber(kFileCount), static_cast<std::uint32_t>(kMostFiles));
   for (std::uint32_t i = 0; i < named; ++i) {

@@ -177,6 +177,7 @@ CoverageWindows::StatisticsPane* CoverageWindows::NewFileWindow(const std::strin
     window->Record().typedSourceFile = typed;
     memory.lastSourceFile = sourceFile;
   }
+  if (window == nullptr) return nullptr;
   window->SetFunctionNames(std::move(names));
   window->DisplayRegistered();
   window->ResetList();

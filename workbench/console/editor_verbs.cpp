@@ -18,7 +18,7 @@ std::shared_ptr<const Debuggee> NeedDebuggee(Console& console) {
 
 /// Path under which the program knows a source file.
 std::string NeedSource(const Program& program, const std::string& file) {
-  const std::string found = program.FindSourceFile(NativeSourcePath(file));
+  std::string found = program.FindSourceFile(NativeSourcePath(file));
   if (found.empty()) throw VerbError("the program has no source file " + file + ", or several");
   return found;
 }

@@ -95,7 +95,7 @@ std::string FindComponent() {
   if (!self) return {};
   const std::string directory = platform::DirectoryPart(*self);
   for (const char* place : {"", "../" QAL_MODULE_DIR}) {
-    const std::string path =
+    std::string path =
         platform::JoinPath(platform::FullPath(platform::JoinPath(directory, place)), kLibraryName);
     if (platform::PathExists(path)) return path;
   }

@@ -188,7 +188,7 @@ Component* Ide::RunningComponent() {
 
 std::string Ide::PathFor(const std::string& typed) const {
   if (platform::IsAbsolutePath(typed)) return platform::FullPath(typed);
-  const std::string inProject = platform::FullPath(typed, project_.Directory());
+  std::string inProject = platform::FullPath(typed, project_.Directory());
   if (platform::PathExists(inProject)) return inProject;
   const std::string here = platform::FullPath(typed);
   return platform::PathExists(here) ? here : inProject;
