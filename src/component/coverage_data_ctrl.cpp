@@ -90,8 +90,9 @@ void CJepCoverageDataCtrl::CreateViews() {
   viewControl = std::make_unique<CJepCoverageCtrl>(host, customisation.get());
   viewControl->CreateSinkWindow();
   if (testClient == nullptr) {
+    testSelection = std::make_unique<TestSelectionEditor>(host);
     testClient = std::make_unique<CoverageTestClient>(host, static_cast<qal::IQTestImageSource*>(this),
-                                                      &viewControl->Images(), nullptr);
+                                                      &viewControl->Images(), testSelection.get());
   } else {
     testClient->SetWindows(&viewControl->Images());
   }

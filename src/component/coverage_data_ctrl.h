@@ -9,6 +9,7 @@
 #include "component/dll_resource.h"
 #include "component/editor_columns.h"
 #include "component/test_images.h"
+#include "dialogs/test_selection_dialog.h"
 #include "formatview/customizer.h"
 #include "macro/coverage_test_client.h"
 #include "qal/all.h"
@@ -52,7 +53,8 @@ class CJepCoverageDataCtrl : public CJepDebugDataCtrl2,
   bool LoadResources();
 
   std::uint32_t busy = 0;
-  qal::IQHost* sinkHost = nullptr;  ///< the host that holds the activity sink
+  qal::IQHost* sinkHost = nullptr;                     ///< the host that holds the activity sink
+  std::unique_ptr<TestSelectionEditor> testSelection;  ///< outlives the client that asks it
   std::unique_ptr<CoverageTestClient> testClient;
   std::unique_ptr<CDllResource> resourceModule;
   std::unique_ptr<CUiCustomizer> customisation;

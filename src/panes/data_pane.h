@@ -87,7 +87,7 @@ class CJepCoverageInstanceCtrlCovData final : public CJepDebugInstanceDataCtrl {
   void OnForStatistics(std::uint32_t command);
   void OnUpdateForStatistics(platform::CommandUpdate& update);
   void OnAddRange();
-  platform::LResult OnScrolled(const platform::Message& message);
+  void OnScrolled();
   void OnListClick(const platform::Notification& news);
   void OnListDoubleClick(const platform::Notification& news);
   platform::LResult OnListKey(const platform::Notification& news);

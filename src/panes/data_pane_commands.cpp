@@ -36,12 +36,9 @@ void DataPane::OnResized() {
   }
 }
 
-platform::LResult DataPane::OnScrolled(const platform::Message& message) {
+void DataPane::OnScrolled() {
   DataPane& displayed = Displayed();
   displayed.RebuildRows(displayed.instance_->refreshLocked == 0, 0, -1, -1);
-  // Posted by the list, which has scrolled itself by now.
-  static_cast<void>(message);
-  return 0;
 }
 
 void DataPane::OnListClick(const platform::Notification& news) {

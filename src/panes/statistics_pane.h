@@ -99,7 +99,6 @@ class CJepCoverageInstanceCtrlStatData final : public CJepDebugInstanceDataCtrl,
   PaneMap panes_;
   std::vector<std::string> functionNames_;
   bool allEnabled_ = false;
-  bool busy_ = false;
 };
 
 }  // namespace coverage

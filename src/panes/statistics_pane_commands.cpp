@@ -23,7 +23,6 @@ void StatisticsPane::AfterEnabling() {
 
 void StatisticsPane::OnEnableAll() {
   UpdateAllEnabled();
-  busy_ = true;
   const bool enabled = !allEnabled_;
   owner().Macro().RecordEnable(enabled, MacroRecorder::kAll);
   for (const auto& [number, pane] : panes_) {
@@ -31,7 +30,6 @@ void StatisticsPane::OnEnableAll() {
   }
   allEnabled_ = enabled;
   AfterEnabling();
-  busy_ = false;
 }
 
 void StatisticsPane::OnUpdateEnableAll(platform::CommandUpdate& update) {
@@ -57,7 +55,6 @@ void StatisticsPane::OnUpdateEnable(platform::CommandUpdate& update) {
 }
 
 void StatisticsPane::OnClearAll() {
-  busy_ = true;
   const auto first = std::find_if(panes_.begin(), panes_.end(), [](const auto& each) {
     return each.second->Instance().modified == 1 && each.second->Instance().saved == 0;
   });
@@ -81,7 +78,6 @@ void StatisticsPane::OnClearAll() {
     }
   }
   owner().Macro().FinishReset(false);
-  busy_ = false;
 }
 
 void StatisticsPane::OnClearData() {
