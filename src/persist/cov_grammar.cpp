@@ -1,5 +1,6 @@
 #include "persist/cov_grammar.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <charconv>
@@ -226,8 +227,7 @@ char* FormatRow(char* out, std::uint64_t count, std::uint32_t pass, std::string_
     return out + 8;
   }
   for (std::size_t i = address.size(); i < 8; ++i) *out++ = '0';
-  std::memcpy(out, address.data(), address.size());
-  return out + address.size();
+  return std::copy(address.begin(), address.end(), out);
 }
 
 void AlignToSteps(std::uint32_t& start, std::uint32_t& end) {
