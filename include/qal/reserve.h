@@ -5,7 +5,7 @@
 /// Fills slots that the contract does not name, so that the named ones stand where their numbers say.
 namespace qal {
 
-/// Tells reserved entries apart: functions of one name take one slot of a virtual table for each parameter type.
+/// Tells reserved entries apart: functions of one name take one slot for each parameter type.
 template <int Slot>
 struct ReservedSlot;
 
@@ -33,8 +33,7 @@ struct ReserveRange {
   using Type = typename ReserveRange<ReservedEntry<Base, First, Result>, First + 1, Count - 1, Result>::Type;
 };
 template <class Base, int First, int Count, Status Result>
-  requires(Count >= 8)
-struct ReserveRange<Base, First, Count, Result> {
+requires(Count >= 8) struct ReserveRange<Base, First, Count, Result> {
   using Type = typename ReserveRange<ReservedBlock<Base, First, Result>, First + 8, Count - 8, Result>::Type;
 };
 template <class Base, int First, Status Result>
