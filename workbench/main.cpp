@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 
@@ -45,7 +46,9 @@ std::unique_ptr<LineSource> OpenLines(const CommandLine& given, const std::strin
     stream = std::make_unique<std::istream>(std::cin.rdbuf());
   } else if (!given.script.empty()) {
     auto file = std::make_unique<std::ifstream>(given.script, std::ios::binary);
-    if (!*file) throw std::runtime_error("the script " + given.script + " cannot be read");
+    if (!*file || std::filesystem::is_directory(given.script)) {
+      throw std::runtime_error("the script " + given.script + " cannot be read");
+    }
     stream = std::move(file);
   } else if (given.lines.empty()) {
     if (isatty(STDIN_FILENO) && isatty(STDOUT_FILENO)) {
@@ -86,8 +89,7 @@ int main(int argc, char** argv) {
       ->type_name("FILE");
   app.add_option("-e", given.lines, "A line to carry out; may be given several times, before the script")
       ->type_name("LINE")
-      ->expected(1)
-      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+      ->allow_extra_args(false);
   app.add_flag("--keep-going", given.keepGoing, "A script goes on after a line that cannot be carried out");
   app.add_option("PROGRAM", given.program, "The image to load")->type_name("");
   CLI11_PARSE(app, argc, argv);
