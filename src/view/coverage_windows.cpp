@@ -34,6 +34,16 @@ CoverageWindows::StatisticsPane* CoverageWindows::FirstRangeWindow() const {
   return found == windows.end() ? nullptr : *found;
 }
 
+bool CoverageWindows::IsOpen(const StatisticsPane* window) const {
+  return std::find(windows.begin(), windows.end(), window) != windows.end();
+}
+
+std::size_t CoverageWindows::PaneCount() const {
+  std::size_t count = 0;
+  for (const StatisticsPane* window : windows) count += 1 + window->Panes().size();
+  return count;
+}
+
 CoverageWindows::StatisticsPane* CoverageWindows::WindowOfFrame(qal::WindowHandle frame) const {
   for (StatisticsPane* window : windows) {
     if (frame != 0 && window->Frame() == frame) return window;

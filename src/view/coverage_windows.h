@@ -5,6 +5,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -43,6 +44,13 @@ class WindowOwner {
   ~WindowOwner() = default;
 };
 
+/// A range as a session keeps it.
+struct SavedRange {
+  std::uint32_t start = 0;
+  std::uint32_t end = 0;
+  std::uint32_t enableStatus = 0;
+};
+
 /// The open coverage windows and everything that opens, fills, loads, saves and closes them. A window is
 /// identified by its statistics pane. UI thread only.
 class CoverageWindows final : public PaneHost,
@@ -73,15 +81,21 @@ class CoverageWindows final : public PaneHost,
   bool OpenCommandEnabled() const;
 
   // Opening. Each gives the window, or null when there is none: no frame, a refused range, no functions.
-  /// An even end of more than one address is lowered to the last byte of its step. `viewKey` is the place in
-  /// the IDE's layout, empty for a new one.
-  StatisticsPane* NewRangeWindow(std::uint32_t start, std::uint32_t end, const std::string& viewKey = {});
+  /// An even end of more than one address is lowered to the last byte of its step.
+  StatisticsPane* NewRangeWindow(std::uint32_t start, std::uint32_t end);
   /// The new instance, also when its range was refused: it is then disabled. Null when `onlyOnce` and the
   /// window has the range already.
   DataPane* AddRange(StatisticsPane& window, std::uint32_t start, std::uint32_t end, bool onlyOnce = true);
+  /// `viewKey` is the window's place in the IDE's layout, empty for a new one.
   StatisticsPane* NewFileWindow(const std::string& sourceFile, const std::string& typed,
                                 const std::string& viewKey = {});
   StatisticsPane* FirstRangeWindow() const;
+  /// The ranges of a session, all into the first range window, which is opened at `viewKey` when there is
+  /// none. When one of them is refused, the window is closed later on, with the question that a close asks.
+  void RestoreRanges(std::span<const SavedRange> ranges, const std::string& viewKey);
+  bool IsOpen(const StatisticsPane* window) const;
+  /// Statistics and data panes of all windows.
+  std::size_t PaneCount() const;
   /// Key under which the IDE keeps the window in its layout; empty when there is none.
   std::string ViewKeyOf(const StatisticsPane& window) const;
 

@@ -4,7 +4,7 @@
 #include <map>
 
 #include "dialogs/small_dialogs.h"
-#include "model/coverage_cell.h"
+#include "persist/cov_reader.h"
 #include "platform/text.h"
 #include "util/placeholder_resolver.h"
 
@@ -34,8 +34,8 @@ const std::string kSourcePath = "JepCov_Src_Open";
 
 constexpr std::size_t kMostFiles = 4;
 // A session is somebody else's data: no number in it makes the views run on for ever.
-constexpr std::uint32_t kMostWindows = 1000;
-constexpr std::uint32_t kMostInstances = 20000;
+constexpr std::uint32_t kMostFileWindows = 100;
+constexpr std::uint32_t kMostInstances = 100'000;
 
 /// What the keys of a file window's functions begin with.
 std::string FunctionKey(std::uint32_t window) {
@@ -135,6 +135,8 @@ void SessionStore::OfferToSave() {
   if (!options_.Asks(MessageOption::kSaveAtSessionSaving)) return;
   const std::vector<StatisticsPane*> offered = windows_.Windows();
   for (StatisticsPane* window : offered) {
+    // While a question is open the IDE may close windows.
+    if (!windows_.IsOpen(window)) continue;
     const auto& instances = window->Record().instances;
     const auto enabled = [](const auto& each) { return each.second->enableStatus == 1; };
     const bool isFile = window->Record().kind == WindowKind::kFile;
@@ -143,7 +145,7 @@ void SessionStore::OfferToSave() {
     using Choice = SavePromptDialog::Choice;
     const Choice choice = SavePromptDialog(host_, windows_.SaveQuestion(*window), true).Ask(&sink_);
     if (choice == Choice::kNoToAll) return;
-    if (choice == Choice::kNo) continue;
+    if (choice == Choice::kNo || !windows_.IsOpen(window)) continue;
     windows_.SaveRangeWindows(*window, choice == Choice::kYes);
     if (choice == Choice::kYesToAll) return;
   }
@@ -169,8 +171,8 @@ void SessionStore::Save() {
 
 // Restoring.
 
-SessionStore::SavedInstance SessionStore::GetInstance(const std::string& key) {
-  SavedInstance saved;
+SavedRange SessionStore::GetInstance(const std::string& key) {
+  SavedRange saved;
   saved.enableStatus = GetNumber(key + kEnable);
   saved.start = GetNumber(key + kStart);
   saved.end = GetNumber(key + kEnd);
@@ -178,54 +180,47 @@ SessionStore::SavedInstance SessionStore::GetInstance(const std::string& key) {
   return saved;
 }
 
-void SessionStore::RestoreRange(std::uint32_t number, const std::string& viewKey) {
-  const SavedInstance saved = GetInstance(kInstance + std::to_string(number));
-  if (saved.start > saved.end || saved.end - saved.start > kMaxRangeSpan) return;
-  StatisticsPane* window = windows_.FirstRangeWindow();
-  CoverageWindows::DataPane* pane = nullptr;
-  if (window == nullptr) {
-    window = windows_.NewRangeWindow(saved.start, saved.end, viewKey);
-    if (window != nullptr) pane = window->Pane(1);
-  } else {
-    pane = windows_.AddRange(*window, saved.start, saved.end, false);
-  }
-  if (pane == nullptr) return;
-  windows_.Memory().starts.Note(platform::Format("%08x", saved.start));
-  windows_.Memory().ends.Note(platform::Format("%08x", saved.end));
-  if (pane->Instance().rangeSet == 0) {
-    sink_.Post(sink_message::kCloseChild, window->Frame());
-    return;
-  }
-  pane->SetEnabled(saved.enableStatus != 0 ? 1 : 0);
-  window->RefreshFromDebugger();
-}
-
 void SessionStore::RestoreRangeWindows() {
-  const std::uint32_t count = std::min(GetNumber(kWindows), kMostWindows);
-  const std::string viewKey = count == 0 ? std::string{} : GetText(kViewKey + "0");
+  const std::uint32_t count = GetNumber(kWindows);
+  const std::size_t panes = windows_.PaneCount();
+  std::vector<SavedRange> ranges;
+  CellBudget budget;
   std::uint32_t global = 0;
-  for (std::uint32_t i = 0; i < count; ++i) {
+  for (std::uint32_t i = 0; i < count && global < kMostInstances; ++i) {
     const std::uint32_t instances = std::max(GetNumber(kWindows + std::to_string(i)), 1u);
-    for (std::uint32_t k = 0; k < instances && global < kMostInstances; ++k) RestoreRange(global++, viewKey);
+    for (std::uint32_t k = 0; k < instances && global < kMostInstances; ++k, ++global) {
+      const SavedRange saved = GetInstance(kInstance + std::to_string(global));
+      if (saved.start > saved.end || !budget.Take(saved.start, saved.end)) continue;
+      // From 0 to 0 is no range: the next one takes its place.
+      if (!ranges.empty() && ranges.back().start == 0 && ranges.back().end == 0) ranges.pop_back();
+      ranges.push_back(saved);
+    }
   }
+  windows_.RestoreRanges(ranges, panes < count ? GetText(kViewKey + std::to_string(panes)) : std::string{});
 }
 
-void SessionStore::RestoreFileWindow(const std::string& key, const std::string& functionKey,
-                                     std::uint32_t index) {
-  const std::uint32_t count = std::min(GetNumber(key), kMostInstances);
+void SessionStore::RestoreFileWindow(std::uint32_t index, std::uint32_t& functionsLeft) {
+  const std::string key = kFileWindow + std::to_string(index);
+  const std::uint32_t count = std::min(GetNumber(key), functionsLeft);
+  functionsLeft -= count;
   const std::string typed = GetText(key + kSourceFile);
   const std::string viewKey = GetText(key + kViewKey + std::to_string(index));
-  std::map<std::string, std::uint32_t> enabled;
+  std::multimap<std::string, SavedRange> functions;
   for (std::uint32_t k = 0; k < count; ++k) {
-    const std::string function = functionKey + std::to_string(k);
-    enabled[GetText(function + kFunctionName)] = GetNumber(function + kEnable);
+    const std::string function = FunctionKey(index) + std::to_string(k);
+    functions.emplace(GetText(function + kFunctionName), GetInstance(function));
   }
   if (typed.empty()) return;
   StatisticsPane* const window = windows_.NewFileWindow(Expand(typed), typed, viewKey);
   if (window == nullptr) return;
+  // By name, since the program may have changed; functions of one name by their place.
   for (const auto& [number, instance] : window->Record().instances) {
-    const auto state = enabled.find(instance->functionName);
-    if (state != enabled.end() && instance->rangeSet != 0) instance->SetEnabled(state->second != 0 ? 1 : 0);
+    const auto [first, behind] = functions.equal_range(instance->functionName);
+    if (first == behind || instance->rangeSet == 0) continue;
+    const auto same = std::find_if(
+        first, behind, [start = instance->start](const auto& each) { return each.second.start == start; });
+    const SavedRange& saved = (same == behind ? first : same)->second;
+    instance->SetEnabled(saved.enableStatus != 0 ? 1 : 0);
   }
   window->RefreshFromDebugger();
 }
@@ -237,10 +232,9 @@ void SessionStore::Restore() {
   memory.coveragePath = Expand(GetText(kCoveragePath));
   memory.sourcePath = Expand(GetText(kSourcePath));
   RestoreRangeWindows();
-  const std::uint32_t files = std::min(GetNumber(kFileWindows), kMostWindows);
-  for (std::uint32_t i = 0; i < files; ++i) {
-    RestoreFileWindow(kFileWindow + std::to_string(i), FunctionKey(i), i);
-  }
+  const std::uint32_t files = std::min(GetNumber(kFileWindows), kMostFileWindows);
+  std::uint32_t functionsLeft = kMostInstances;
+  for (std::uint32_t i = 0; i < files; ++i) RestoreFileWindow(i, functionsLeft);
   const std::uint32_t named = std::min(GetNumber(kFileCount), static_cast<std::uint32_t>(kMostFiles));
   for (std::uint32_t i = 0; i < named; ++i) {
     const std::string file = GetText(kFile + std::to_string(i));

@@ -24,25 +24,18 @@ class SessionStore {
  private:
   using StatisticsPane = CoverageWindows::StatisticsPane;
 
-  struct SavedInstance {
-    std::uint32_t enableStatus = 0;
-    std::uint32_t start = 0;
-    std::uint32_t end = 0;
-  };
-
   void SetText(const std::string& key, const std::string& value);
   void SetNumber(const std::string& key, std::uint32_t value);
   std::string GetText(const std::string& key);
   std::uint32_t GetNumber(const std::string& key);
-  SavedInstance GetInstance(const std::string& key);
+  SavedRange GetInstance(const std::string& key);
 
   void SaveInstance(const std::string& key, const CoverageInstance& instance);
   std::uint32_t SaveRangeWindows();
   std::uint32_t SaveFileWindows();
   void OfferToSave();
   void RestoreRangeWindows();
-  void RestoreRange(std::uint32_t number, const std::string& viewKey);
-  void RestoreFileWindow(const std::string& key, const std::string& functionKey, std::uint32_t window);
+  void RestoreFileWindow(std::uint32_t index, std::uint32_t& functionsLeft);
   std::string Collapse(const std::string& path) const;
   std::string Expand(const std::string& path) const;
 

@@ -82,8 +82,16 @@ bool CoverageWindows::CloseByHandle(qal::WindowHandle handle) {
       return true;
     }
     if (window->Handle() != handle && window->Frame() != handle) continue;
-    if (customizer != nullptr) customizer->SetFrameState(window->Frame(), kClosedFrame);
-    if (CloseWindow(*window)) Forget(*window);
+    const qal::WindowHandle frame = window->Frame();
+    std::uint32_t state = 0;
+    const bool hides = customizer != nullptr && qal::Succeeded(customizer->GetFrameState(frame, &state));
+    if (customizer != nullptr) customizer->SetFrameState(frame, kClosedFrame);
+    if (CloseWindow(*window)) {
+      Forget(*window);
+    } else if (hides) {
+      // A window that the person keeps stays in view.
+      customizer->SetFrameState(frame, state);
+    }
     return true;
   }
   return false;
@@ -164,12 +172,13 @@ void CoverageWindows::PromptSaveWindows() {
   bool all = false;
   const std::vector<StatisticsPane*> asked = windows;
   for (StatisticsPane* window : asked) {
-    if (!HasUnsavedData(*window)) continue;
+    // While a question is open the IDE may close windows.
+    if (!IsOpen(window) || !HasUnsavedData(*window)) continue;
     if (!all) {
       using Choice = SavePromptDialog::Choice;
       const Choice choice = SavePromptDialog(host, SaveQuestion(*window), true).Ask(&owner.SinkWindow());
       if (choice == Choice::kNoToAll) return;
-      if (choice == Choice::kNo) continue;
+      if (choice == Choice::kNo || !IsOpen(window)) continue;
       all = choice == Choice::kYesToAll;
     }
     SaveRangeWindows(*window, true);

@@ -8,6 +8,7 @@
 #include "util/placeholder_resolver.h"
 #include "util/texts.h"
 #include "view/coverage_windows.h"
+#include "view/raised.h"
 
 // Loading coverage files into coverage windows.
 
@@ -15,19 +16,6 @@ namespace coverage {
 namespace {
 
 void Inform(std::uint32_t textId) { platform::ShowMessageBox(Text(textId), platform::Icon::kInformation); }
-
-/// Sets a flag for a scope.
-class Raised {
- public:
-  explicit Raised(bool& flag) : flag_(flag), before_(flag) { flag_ = true; }
-  ~Raised() { flag_ = before_; }
-  Raised(const Raised&) = delete;
-  Raised& operator=(const Raised&) = delete;
-
- private:
-  bool& flag_;
-  bool before_;
-};
 
 }  // namespace
 
@@ -45,7 +33,6 @@ class CoverageWindows::RangeSections final : public CovSectionSink {
     view_.memory.starts.Note(section.startText);
     view_.memory.ends.Note(section.endText);
     if (window_ == nullptr) {
-      view_.macro.RecordLoad(view_.loadPath);
       window_ = view_.NewRangeWindow(start, end);
       if (window_ == nullptr) return Take::kStop;
       pane_ = window_->Pane(1);
@@ -133,6 +120,7 @@ bool CoverageWindows::LoadFile(const std::string& path) {
         loaded = false;
       }
     } else {
+      if (FirstRangeWindow() == nullptr) macro.RecordLoad(loadPath);
       RangeSections sections(*this, header.type);
       reader.ReadSections(header.type, SectionFileLine::kNone, sections);
       if (StatisticsPane* const window = FirstRangeWindow()) ShowRanges(*window);

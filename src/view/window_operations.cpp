@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "dialogs/coverage_setting_dialog.h"
+#include "formatview/command_sink.h"
 #include "platform/file_dialog.h"
 #include "platform/message_box.h"
 #include "platform/paths.h"
@@ -8,6 +9,7 @@
 #include "util/placeholder_resolver.h"
 #include "util/texts.h"
 #include "view/coverage_windows.h"
+#include "view/raised.h"
 
 // Opening coverage windows: over a range, over the functions of a source file, from the dialog.
 
@@ -98,10 +100,9 @@ void CoverageWindows::RegisterPane(DataPane& pane) {
 
 // Ranges.
 
-CoverageWindows::StatisticsPane* CoverageWindows::NewRangeWindow(std::uint32_t start, std::uint32_t end,
-                                                                 const std::string& viewKey) {
+CoverageWindows::StatisticsPane* CoverageWindows::NewRangeWindow(std::uint32_t start, std::uint32_t end) {
   end = LastByte(start, end);
-  const Frame frame = NewFrame(viewKey);
+  const Frame frame = NewFrame({});
   if (frame.window == 0) return nullptr;
   DataPane& pane = NewPane(start, end, {}, 1);
   // The pane registers its range when its window is created.
@@ -143,6 +144,35 @@ void CoverageWindows::ShowRanges(StatisticsPane& window) {
   marks.DropLineMarks();
 }
 
+void CoverageWindows::RestoreRanges(std::span<const SavedRange> ranges, const std::string& viewKey) {
+  const Raised raised(loading);
+  StatisticsPane* window = FirstRangeWindow();
+  DataPane* pane = nullptr;
+  bool refused = false;
+  for (const SavedRange& saved : ranges) {
+    if (window == nullptr) {
+      const Frame frame = NewFrame(viewKey);
+      if (frame.window == 0) return;
+      pane = &NewPane(saved.start, saved.end, {}, 1);
+      pane->CreatePane(frame.window);
+      window = NewWindow(frame, WindowKind::kRange, saved.start, saved.end, *pane);
+    } else {
+      pane = &NewPane(saved.start, saved.end, {}, 0);
+      RegisterPane(*pane);
+      window->AddPane(*pane);
+    }
+    const bool registered = pane->Instance().rangeSet != 0;
+    pane->SetEnabled(registered && saved.enableStatus != 0 ? 1 : 0);
+    refused = refused || !registered;
+    memory.starts.Note(platform::Format("%08x", saved.start));
+    memory.ends.Note(platform::Format("%08x", saved.end));
+  }
+  if (pane == nullptr) return;
+  ShowRanges(*window);
+  owner.SwitchCoverage();
+  if (refused) owner.SinkWindow().Post(sink_message::kCloseChild, window->Frame());
+}
+
 // Source files.
 
 FileFunctions CoverageWindows::List(const std::string& sourceFile) {
@@ -159,6 +189,8 @@ CoverageWindows::StatisticsPane* CoverageWindows::NewFileWindow(const std::strin
   const Frame frame = NewFrame(viewKey);
   if (frame.window == 0) return nullptr;
 
+  // The coverage switch is set once, when all functions are there.
+  const Raised raised(loading);
   StatisticsPane* window = nullptr;
   std::vector<std::string> names;
   for (const SourceFunction& function : listing.functions) {
@@ -199,8 +231,10 @@ void CoverageWindows::RecordFileWindow(const std::string& typedPath, const std::
 
 void CoverageWindows::LoadRecentFile(const std::string& path) {
   macro.NoteLoadStart();
-  loadPath = path;
-  LoadFile(path);
+  // The files of the session are kept with placeholders.
+  loadPath = PlaceholderResolver(host).ExpandPlaceholders(path);
+  memory.coveragePath = loadPath;
+  LoadFile(loadPath);
 }
 
 std::vector<std::string> CoverageWindows::RecentFiles() const {
