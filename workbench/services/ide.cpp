@@ -9,9 +9,9 @@
 #include "platform/text.h"
 #include "workbench/services/coverage_services.h"
 #include "workbench/services/editor_service.h"
-#include "workbench/services/json_file.h"
 #include "workbench/services/program_services.h"
 #include "workbench/services/project_services.h"
+#include "workbench/services/session_file.h"
 
 namespace workbench {
 namespace {
@@ -247,16 +247,16 @@ std::string Ide::SaveSession(const std::string& name) {
   for (auto* client : host_.SinksAs<qal::IQWorkSpaceClient2>(qal::iid::kWorkSpaceClient2)) {
     client->OnSessionSaving(workspace.get(), project.get(), session.get());
   }
-  return WriteJsonFile(file, services_->sessionData.Values());
+  const nlohmann::json& values = services_->sessionData.Values();
+  if (RunningComponent() && values.empty()) return "the component kept nothing; there is nothing to save";
+  return WriteSessionFile(file, values);
 }
 
 std::string Ide::OpenSession(const std::string& name) {
   const std::string file = SessionFile(name);
   if (!platform::PathExists(file)) return "there is no session " + name;
-  std::string error;
-  auto values = ReadJsonFile(file, error);
+  const std::string error = ReadSessionFile(file, services_->sessionData.Values());
   if (!error.empty()) return error;
-  services_->sessionData.Values() = std::move(values);
   const platform::Wide workspace("workspace");
   const platform::Wide project(project_.Name());
   const platform::Wide session(name);

@@ -1,5 +1,6 @@
 #include "workbench/services/json_file.h"
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
 
 #include "platform/files.h"
@@ -9,22 +10,37 @@
 namespace workbench {
 namespace {
 
-constexpr std::size_t kLargestFile = 16u << 20;
+constexpr std::size_t kLargestFile = 64u << 20;
+
+/// Where the text stops to be JSON.
+std::string PlaceOf(std::string_view text, std::size_t at) {
+  if (at >= text.size()) return "it ends too early";
+  const std::string_view before = text.substr(0, at);
+  const auto line = std::count(before.begin(), before.end(), '\n') + 1;
+  const std::size_t lineBegin = before.rfind('\n') + 1;  // npos + 1 is 0
+  return "line " + std::to_string(line) + ", column " + std::to_string(at - lineBegin + 1);
+}
 
 }  // namespace
 
 nlohmann::json ReadJsonFile(const std::string& file, std::string& error) {
   error.clear();
-  if (!platform::PathExists(file)) return nlohmann::json::object();
-  const auto text = platform::ReadFile(file, kLargestFile);
-  if (!text) {
-    error = platform::FilePart(file) + " cannot be read or is larger than 16 MiB";
+  const auto fail = [&](const std::string& reason) {
+    error = platform::FilePart(file) + " " + reason;
     return nlohmann::json::object();
+  };
+  if (!platform::PathExists(file)) return nlohmann::json::object();
+  if (platform::IsDirectory(file)) return fail("is a directory");
+  const auto text = platform::ReadFile(file, kLargestFile);
+  if (!text) return fail("cannot be read or is larger than 64 MiB");
+  try {
+    auto value = nlohmann::json::parse(*text);
+    return value.is_object() ? value : fail("is no JSON object");
+  } catch (const nlohmann::json::parse_error& parseError) {
+    return fail("is no JSON: " + PlaceOf(*text, parseError.byte == 0 ? 0 : parseError.byte - 1));
+  } catch (const nlohmann::json::exception&) {
+    return fail("holds a number beyond all bounds");
   }
-  auto value = nlohmann::json::parse(*text, nullptr, false);
-  if (value.is_object()) return value;
-  error = platform::FilePart(file) + " is no JSON object";
-  return nlohmann::json::object();
 }
 
 bool CreateDirectories(const std::string& directory) {

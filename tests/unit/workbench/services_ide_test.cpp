@@ -104,7 +104,8 @@ TEST_F(IdeTest, KeepsSettingsOverARestart) {
 TEST_F(IdeTest, SetsASettingsFileAsideThatIsNotUnderstood) {
   disk_.Put("state/settings.json", "{ not json");
   ide_ = std::make_unique<Ide>(IdePlaces{"C:\\demo", "C:\\state", ""}, user_);
-  EXPECT_EQ(user_.said, "warning: settings.json is no JSON object; it is kept with .bad behind its name\n");
+  EXPECT_EQ(user_.said,
+            "warning: settings.json is no JSON: line 1, column 4; it is kept with .bad behind its name\n");
   EXPECT_EQ(disk_.Bytes("state/settings.json.bad"), "{ not json");
 }
 
@@ -277,6 +278,83 @@ TEST_F(IdeTest, RefusesSessionNamesThatAreNoNames) {
   EXPECT_EQ(ide_->OpenSession("nothing"), "there is no session nothing");
   EXPECT_EQ(ide_->SaveSession("first"), "");
   EXPECT_EQ(ide_->Sessions(), std::vector<std::string>{"first"});
+}
+
+/// Keeps one value in the session, and says what it finds there.
+struct SessionClient final : qal::IQWorkSpaceClient2 {
+  explicit SessionClient(qal::IQSessionData* sessionData) : data(sessionData) {}
+  qal::Status QueryInterface(const qal::Guid*, void**) override { return qal::kNoInterface; }
+  std::uint32_t AddRef() override { return 1; }
+  std::uint32_t Release() override { return 1; }
+  qal::Status Notify7(std::uintptr_t) override { return qal::kOk; }
+  qal::Status Notify14(std::uintptr_t, std::uintptr_t) override { return qal::kOk; }
+  qal::Status Notify25(std::uintptr_t, std::uintptr_t, std::uintptr_t, std::uintptr_t) override {
+    return qal::kOk;
+  }
+  qal::Status Notify29(std::uintptr_t, std::uintptr_t, std::uintptr_t) override { return qal::kOk; }
+  qal::Status Notify30(std::uintptr_t, std::uintptr_t, std::uintptr_t) override { return qal::kOk; }
+  qal::Status OnSessionOpened(qal::WideText, qal::WideText, qal::WideText name, qal::WideText) override {
+    WideOut text;
+    std::uint32_t number = 0;
+    data->Open(&qal::kClassId);
+    data->GetSessionText(Wide("text").get(), Wide("?").get(), text.put());
+    data->GetSessionNumber(Wide("number").get(), 7, &number);
+    data->Close();
+    said = platform::Narrow(name) + ": " + text.str() + " " + std::to_string(number);
+    return qal::kOk;
+  }
+  qal::Status OnSessionSaving(qal::WideText, qal::WideText, qal::WideText) override {
+    data->Open(&qal::kClassId);
+    data->SetSessionText(Wide("text").get(), Wide("b\\c").get());
+    data->SetSessionNumber(Wide("number").get(), 0xFFFFFFFF);
+    return data->Close();
+  }
+  qal::Status GetSessionValue(std::uintptr_t, std::uintptr_t, std::uintptr_t, std::uint32_t*) override {
+    return qal::kOk;
+  }
+  qal::IQSessionData* data;
+  std::string said;
+};
+
+TEST_F(IdeTest, OpensOnlySessionsThatAreWhole) {
+  SessionClient client(Get<qal::IQSessionData>(qal::iid::kSessionData));
+  ide_->Services().Advise(&qal::iid::kWorkSpaceClient2, &client);
+  EXPECT_EQ(ide_->SaveSession("whole"), "");
+  EXPECT_EQ(ide_->OpenSession("whole"), "");
+  EXPECT_EQ(client.said, "whole: b\\c 4294967295");
+  const std::string whole = disk_.Bytes("state/sessions/whole.json");
+
+  client.said.clear();
+  const std::string inComponent = R"({"version": 1, "components": {"{C}": {)";
+  const struct {
+    std::string text;
+    const char* error;
+  } rows[] = {
+      {whole.substr(0, whole.size() / 2), "is no JSON: it ends too early"},
+      {"", "is no JSON: it ends too early"},
+      {"{\n \"version\": 1,\n windows\n}", "is no JSON: line 3, column 2"},
+      {"[1]", "is no JSON object"},
+      {"{\"version\": 1e999}", "holds a number beyond all bounds"},
+      {"{}", "is no session: it has no version"},
+      {R"({"version": "1", "components": {}})", "is no session: it has no version"},
+      {R"({"version": 0, "components": {}})", "is no session: there never was a version 0"},
+      {R"({"version": 2, "components": 5})",
+       "is no session: it was written by a newer workbench (version 2; this one reads 1)"},
+      {R"({"version": 1, "components": []})", "is no session: components is missing or no object"},
+      {R"({"version": 1, "components": {"{C}": "text"}})", "is no session: {C} is no object"},
+      {inComponent + R"("a": 1.5}}})", "is no session: a is neither a text nor a whole number"},
+      {inComponent + R"("a": null}}})", "is no session: a is neither a text nor a whole number"},
+      {inComponent + R"("a": -1}}})", "is no session: a is no number from 0 to 4294967295"},
+      {inComponent + R"("a": 4294967296}}})", "is no session: a is no number from 0 to 4294967295"},
+      {inComponent + "\"a\": \"" + std::string(65'536, 'x') + "\"}}}", "is no session: a is too long a text"},
+  };
+  for (const auto& row : rows) {
+    disk_.Put("state/sessions/bad.json", row.text);
+    EXPECT_EQ(ide_->OpenSession("bad"), std::string("bad.json ") + row.error) << row.text.substr(0, 80);
+  }
+  disk_.Put("state/sessions/directory.json/file", "");
+  EXPECT_EQ(ide_->OpenSession("directory"), "directory.json is a directory");
+  EXPECT_EQ(client.said, "") << "a client has been told of a session that is not opened";
 }
 
 }  // namespace
