@@ -3,6 +3,7 @@
 #include <csignal>
 #include <new>
 
+#include "platform/paths.h"
 #include "platform/queue.h"
 #include "platform/text.h"
 #include "workbench/services/expression_evaluator.h"
@@ -54,9 +55,10 @@ bool InterruptScope::Taken() {
 }
 
 std::vector<VerbGroup> AllVerbs() {
-  return {{"Program", ProgramVerbs()},  {"Debugger", DebuggerVerbs()},
-          {"Commands", CommandVerbs()}, {"Windows", WindowVerbs()},
-          {"Editors", EditorVerbs()},   {"Settings, macros, sessions, tests", SettingVerbs()},
+  return {{"Program", ProgramVerbs()},         {"Debugger", DebuggerVerbs()},
+          {"Commands", CommandVerbs()},        {"Windows", WindowVerbs()},
+          {"Menus and toolbars", MenuVerbs()}, {"While a dialog or box is open", DialogVerbs()},
+          {"Editors", EditorVerbs()},          {"Settings, macros, sessions, tests", SettingVerbs()},
           {"General", GeneralVerbs()}};
 }
 
@@ -87,10 +89,16 @@ void Console::PrintPicture(std::string_view text) {
   Print(ide_ ? platform::ReplaceAll(text, ide_->OpenProject().Directory(), "$(PROJDIR)") : std::string(text));
 }
 
+std::string Console::ShownFile(const std::string& file) const {
+  const std::string shown = ide_->OpenProject().Shown(file);
+  return shown == file ? platform::FilePart(file) : shown;
+}
+
 bool Console::StopAsked() { return InterruptScope::Taken(); }
 
 void Console::ShowSource(const std::string& file, std::uint32_t line) {
-  Print("editor: " + ide_->OpenProject().Shown(file) + " line " + std::to_string(line));
+  ide_->OpenEditor(file);
+  Print("editor: " + ShownFile(file) + " line " + std::to_string(line));
 }
 
 void Console::ShowAddress(std::uint32_t address) {
@@ -180,7 +188,9 @@ bool Console::ExecuteMeanwhile(const std::string& line) {
   for (const std::string_view allowed : kMeanwhile) {
     if (SameWord(first, allowed)) return Execute(line), true;
   }
-  return false;
+  if (!FindVerb(first) && !ide_->Commands().Find(first)) return false;
+  Fail(first + " has to wait until what is open is closed");
+  return true;
 }
 
 bool Console::RunCommand(const std::string& line, std::size_t limit) {
@@ -203,7 +213,7 @@ bool Console::RunCommand(const std::string& line, std::size_t limit) {
     client->CancelCommand();
     if (--chances == 0) throw VerbError("the command does not end");
   }
-  if (lines > limit) Print("... " + std::to_string(lines - limit) + " more lines");
+  if (lines > limit) Print("... " + Counted(lines - limit, "more line"));
   const auto result = LinesOf(run.ResultText());
   if (run.Failed()) {
     Print(result.empty() ? "failed:" : "failed: " + result[0]);

@@ -55,6 +55,9 @@ class Console final : public IdeUser {
   /// The image kept under a name. VerbError when there is none.
   const std::string& ImageText(const std::string& name) const;
 
+  /// A file as replies name it: seen from the project, or its name alone when it lies elsewhere.
+  std::string ShownFile(const std::string& file) const;
+
   // IdeUser
   void Notice(const std::string& text) override { Print(text); }
   bool StopAsked() override;

@@ -39,7 +39,7 @@ void OnRecord(Console& console, Words& words) {
 void OnRanges(Console& console, Words& words) {
   words.End();
   for (const AddressRange& range : console.ide().Debugger().Ranges()) console.Print(Text(range));
-  console.Print(std::to_string(console.ide().Debugger().Ranges().size()) + " ranges registered");
+  console.Print(Counted(console.ide().Debugger().Ranges().size(), "range") + " registered");
 }
 
 void OnRefuse(Console& console, Words& words) {

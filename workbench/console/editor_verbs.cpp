@@ -8,7 +8,6 @@ namespace workbench {
 namespace {
 
 constexpr std::uint64_t kMostLines = 1'000'000;
-constexpr std::uint32_t kAssemblerKind = 1;
 
 std::shared_ptr<const Debuggee> NeedDebuggee(Console& console) {
   auto held = console.ide().Debugger().Current();
@@ -27,7 +26,7 @@ std::string NeedSource(const Program& program, const std::string& file) {
 std::vector<const Columns::Column*> ColumnsOf(Console& console, bool assembler) {
   std::vector<const Columns::Column*> columns;
   for (const auto* column : console.ide().EditorColumns().Shown()) {
-    if ((column->kind == kAssemblerKind) == assembler) columns.push_back(column);
+    if ((column->kind == OpenFiles::kDisassemblyKind) == assembler) columns.push_back(column);
   }
   return columns;
 }
@@ -40,10 +39,10 @@ std::string MarkOf(const Columns::Column& column, const std::string& file, std::
   return text.str();
 }
 
-/// Tells the clients of the columns that an editor shows a file.
-void Announce(const std::vector<const Columns::Column*>& columns, const std::string& file) {
-  const platform::Wide name(file);
-  for (const auto* column : columns) column->client->FileOpened(name.get(), column->id);
+/// Opens an editor for a file unless one shows it. Gives the number of its lines now.
+std::uint32_t OpenedLines(Console& console, const std::string& file) {
+  if (!console.ide().OpenEditor(file)) throw VerbError("the source file cannot be read");
+  return console.ide().Editors().LineCount(file);
 }
 
 /// The component draws the marks of the disassembly as pictures; a console shows what each stands for.
@@ -76,8 +75,8 @@ void OnSource(Console& console, Words& words) {
   const auto held = NeedDebuggee(console);
   const Program& program = *held->program;
   const std::string native = NeedSource(program, words.Take("the source file"));
-  const std::uint32_t count = program.LineCount(native);
-  if (count == 0) throw VerbError("the source file cannot be read");
+  const std::string file = ProductSourcePath(native);
+  const std::uint32_t count = OpenedLines(console, file);
   std::uint64_t from = 1;
   std::uint64_t to = count;
   if (!words.Empty()) {
@@ -87,14 +86,12 @@ void OnSource(Console& console, Words& words) {
   words.End();
   if (from == 0 || from > to) throw VerbError("the lines are out of order");
   to = std::min<std::uint64_t>(to, count);
-  const std::string file = ProductSourcePath(native);
   const auto columns = ColumnsOf(console, false);
-  Announce(columns, file);
   for (auto line = static_cast<std::uint32_t>(from); line <= to; ++line) {
     std::string shown = platform::Format("%5u ", line);
     for (const auto* column : columns)
       shown += platform::Format(" %-4s", MarkOf(*column, file, line).c_str());
-    shown += " " + platform::FromUtf8(program.LineText(native, line).value_or(std::string()));
+    shown += " " + console.ide().Editors().LineText(file, line).value_or(std::string());
     while (shown.back() == ' ') shown.pop_back();
     console.Print(shown);
   }
@@ -124,33 +121,38 @@ void OnDisassemble(Console& console, Words& words) {
 }
 
 void OnEdit(Console& console, Words& words) {
+  OpenFiles& editors = console.ide().Editors();
+  if (words.Empty()) {
+    for (const std::string& file : editors.Files()) console.Print(console.ShownFile(file));
+    return console.Print(Counted(editors.Files().size(), "editor"));
+  }
   const auto held = NeedDebuggee(console);
   const std::string file = ProductSourcePath(NeedSource(*held->program, words.Take("the source file")));
-  const std::string what = words.Take("insert or delete");
+  const std::string what = words.Take("insert, delete or close");
+  if (SameWord(what, "close")) {
+    words.End();
+    if (!editors.Close(file)) throw VerbError("no editor shows the file; source FILE opens one");
+    return;
+  }
+  const bool insert = SameWord(what, "insert");
+  if (!insert && !SameWord(what, "delete"))
+    throw VerbError("edit " + what + " is not known: insert, delete or close");
   const auto line = static_cast<std::uint32_t>(words.TakeNumber("the line", kMostLines));
   const auto count = static_cast<std::uint32_t>(words.TakeNumber("the number of lines", kMostLines));
   words.End();
-  const bool insert = SameWord(what, "insert");
-  if (!insert && !SameWord(what, "delete"))
-    throw VerbError("edit " + what + " is not known: insert or delete");
-  const platform::Wide name(file);
-  for (const auto* column : ColumnsOf(console, false)) {
-    if (insert) {
-      column->client->LinesInserted(name.get(), column->id, line, count);
-    } else {
-      column->client->LinesDeleted(name.get(), column->id, line, count);
-    }
-  }
-  console.Print(std::to_string(count) + (insert ? " lines inserted at " : " lines deleted at ") +
-                std::to_string(line));
+  const std::uint32_t lines = OpenedLines(console, file);
+  if (!(insert ? editors.Insert(file, line, count) : editors.Delete(file, line, count)))
+    throw VerbError("the editor has " + Counted(lines, "line"));
+  console.Print(Counted(count, "line") + (insert ? " inserted at " : " deleted at ") + std::to_string(line));
 }
 
 constexpr Verb kVerbs[] = {
-    {"source", "FILE [FROM TO]", "Shows lines of a source file with the columns of its editor.", OnSource},
+    {"source", "FILE [FROM TO]", "Opens a source file in an editor and shows its lines with their marks.",
+     OnSource},
     {"disassemble", "ADDRESS [COUNT]", "Shows instructions with the columns of the disassembly.",
      OnDisassemble},
-    {"edit", "FILE insert|delete LINE COUNT", "Tells the columns that lines came or went in an editor.",
-     OnEdit},
+    {"edit", "FILE insert|delete LINE COUNT\nFILE close\n",
+     "Changes the lines in an editor, or closes it; alone it lists the editors.", OnEdit},
 };
 
 }  // namespace

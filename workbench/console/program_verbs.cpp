@@ -22,7 +22,7 @@ void PrintFunctions(Console& console, const std::vector<Function>& functions) {
   for (const Function& function : functions) {
     console.Print(platform::Format("%08x-%08x  %s", function.start, function.end, function.name.c_str()));
   }
-  console.Print(std::to_string(functions.size()) + " functions");
+  console.Print(Counted(functions.size(), "function"));
 }
 
 void PrintInfo(Console& console) {
@@ -37,7 +37,7 @@ void PrintInfo(Console& console) {
   }
   for (const std::string& file : program.SourceFiles()) {
     console.Print("source: " + platform::FilePart(ProductSourcePath(file)) + ", " +
-                  std::to_string(program.FunctionsOf(file).size()) + " functions");
+                  Counted(program.FunctionsOf(file).size(), "function"));
   }
   for (const std::string& warning : program.Warnings()) console.Print("warning: " + warning);
 }
@@ -87,7 +87,7 @@ std::string Place(Console& console, std::uint32_t address) {
 }
 
 void PrintStop(Console& console, const StopReport& report) {
-  const std::string executed = std::to_string(report.executed) + " instructions";
+  const std::string executed = Counted(report.executed, "instruction");
   switch (report.reason) {
     case StopReason::kEndOfProgram:
       return console.Print("end of the program after " + executed);

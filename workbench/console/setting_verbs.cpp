@@ -86,7 +86,7 @@ void OnMacro(Console& console, Words& words) {
     macro.Stop();
   } else if (SameWord(what, "show")) {
     for (const std::string& line : macro.Lines()) console.Print(line);
-    console.Print(std::to_string(macro.Lines().size()) + " lines" + (macro.Recording() ? ", recording" : ""));
+    console.Print(Counted(macro.Lines().size(), "line") + (macro.Recording() ? ", recording" : ""));
   } else if (SameWord(what, "play")) {
     if (macro.Recording()) throw VerbError("the macro is being recorded; macro stop ends that");
     for (const std::string& line : macro.Lines()) {

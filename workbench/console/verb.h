@@ -25,6 +25,8 @@ std::span<const Verb> ProgramVerbs();
 std::span<const Verb> DebuggerVerbs();
 std::span<const Verb> CommandVerbs();
 std::span<const Verb> WindowVerbs();
+std::span<const Verb> MenuVerbs();
+std::span<const Verb> DialogVerbs();
 std::span<const Verb> EditorVerbs();
 std::span<const Verb> SettingVerbs();
 std::span<const Verb> GeneralVerbs();

@@ -1,10 +1,8 @@
 #include <algorithm>
 
 #include "platform/list_view.h"
-#include "platform/menu.h"
 #include "platform/picture.h"
 #include "platform/queue.h"
-#include "platform/resources.h"
 #include "platform/script_presenter.h"
 #include "platform/text.h"
 #include "workbench/console/console.h"
@@ -13,7 +11,6 @@ namespace workbench {
 namespace {
 
 constexpr std::uint64_t kMostFrames = 1000;
-constexpr std::uint64_t kHighestCommand = 0xFFFF;
 
 struct Panes {
   platform::ListView* statistics = nullptr;
@@ -30,7 +27,7 @@ Panes PanesOf(const FrameWindow& frame) {
 
 /// The frame that a person means with a number from 1.
 FrameWindow& TakeFrame(Console& console, Words& words) {
-  const auto frames = console.ide().Windows().ShownFrames();
+  const auto frames = console.ide().Windows().FramesInUse();
   const std::uint64_t number = words.TakeNumber("the window", kMostFrames);
   if (number == 0 || number > frames.size()) {
     throw VerbError("there is no window " + std::to_string(number) + "; windows lists them");
@@ -56,76 +53,53 @@ platform::ListView& FocusedList() {
   return *list;
 }
 
+/// Title of a window, and how its frame stands where that is not as usual.
+std::string TitleOf(const FrameWindow& frame) {
+  return frame.Text() + (frame.MayDock() ? "" : " (floating)") + (frame.IsVisible() ? "" : " (hidden)");
+}
+
 void OnWindows(Console& console, Words& words) {
   words.End();
   std::size_t number = 0;
-  for (const FrameWindow* frame : console.ide().Windows().ShownFrames()) {
-    console.Print(std::to_string(++number) + "  " + frame->Text());
+  for (const FrameWindow* frame : console.ide().Windows().FramesInUse()) {
+    console.Print(std::to_string(++number) + "  " + TitleOf(*frame));
   }
   if (number == 0) console.Print("no windows");
 }
 
 void OnShow(Console& console, Words& words) {
-  const auto frames = console.ide().Windows().ShownFrames();
-  std::vector<FrameWindow*> wanted = frames;
-  if (!words.Empty() && ParseNumber(words.Peek())) wanted = {&TakeFrame(console, words)};
+  std::vector<FrameWindow*> wanted = console.ide().Windows().FramesInUse();
+  if (!words.Empty() && ParseNumber(words.Peek())) {
+    wanted = {&TakeFrame(console, words)};
+  } else {
+    std::erase_if(wanted, [](const FrameWindow* frame) { return !frame->IsVisible(); });
+  }
   const auto pane = TakePane(words);
   words.End();
-  if (wanted.empty()) throw VerbError("there are no windows");
+  if (wanted.empty()) throw VerbError("no window is shown; windows lists the hidden ones, too");
   for (const FrameWindow* frame : wanted) {
     const Panes panes = PanesOf(*frame);
-    console.Print(frame->Text());
+    console.Print(TitleOf(*frame));
     if (panes.statistics && pane.value_or(true)) console.Print(platform::Picture(*panes.statistics));
     if (panes.data && !pane.value_or(false)) console.Print(platform::Picture(*panes.data));
   }
 }
 
 void OnFocus(Console& console, Words& words) {
-  const Panes panes = PanesOf(TakeFrame(console, words));
+  FrameWindow& frame = TakeFrame(console, words);
+  const Panes panes = PanesOf(frame);
   const auto pane = TakePane(words);
   if (!pane) throw VerbError("stat or data is missing");
   words.End();
-  if (!Need(*pane ? panes.statistics : panes.data).SetFocus()) throw VerbError("the pane cannot be used");
+  platform::ListView& list = Need(*pane ? panes.statistics : panes.data);
+  if (!frame.IsVisible()) frame.RequestState(FrameWindow::kShow);
+  if (!list.SetFocus()) throw VerbError("the pane cannot be used");
 }
 
 void OnClose(Console& console, Words& words) {
   FrameWindow& frame = TakeFrame(console, words);
   words.End();
   if (!console.ide().Windows().CloseFrame(frame)) console.Print("the window stays open");
-}
-
-/// Target of a command: the window that registered it, else the pane with the focus when it offers it.
-platform::Window* TargetOf(Console& console, const WindowService::MenuRegistration& menu) {
-  if (menu.window == 0) return console.ide().Windows().WindowOf(menu.key);
-  platform::Window* const window = platform::WindowFrom(menu.window);
-  platform::Window* const focused = platform::FocusedWindow();
-  return window && focused && focused->IsWithin(*window) ? window : nullptr;
-}
-
-void OnMenu(Console& console, Words& words) {
-  const auto& menus = console.ide().Windows().Menus();
-  if (words.Empty()) {
-    for (const auto& registration : menus) {
-      platform::Window* const target = TargetOf(console, registration);
-      if (!target) continue;
-      const platform::ResourceScope scope(registration.module);
-      const auto menu = platform::Menu::Load(registration.menu);
-      if (!menu) throw VerbError("the component's library has no menu " + std::to_string(registration.menu));
-      menu->Update(*target);
-      console.Print(platform::Picture(*menu));
-    }
-    return;
-  }
-  const auto command = static_cast<std::uint32_t>(words.TakeNumber("the command", kHighestCommand));
-  words.End();
-  for (const auto& registration : menus) {
-    platform::Window* const target = TargetOf(console, registration);
-    const auto& ids = registration.commands;
-    if (!target || std::find(ids.begin(), ids.end(), command) == ids.end()) continue;
-    if (!platform::RunCommand(*target, command)) throw VerbError("the command is disabled");
-    return;
-  }
-  throw VerbError("no menu has the command " + std::to_string(command) + "; menu lists them");
 }
 
 /// One line for the focused list: the verb and what stands behind it.
@@ -139,10 +113,24 @@ void OnList(Console&, Words& words) {
 constexpr char kRow[] = "row";
 constexpr char kDoubleClick[] = "double-click";
 constexpr char kHeader[] = "header";
-constexpr char kKey[] = "key";
+constexpr char kDrag[] = "drag";
+constexpr char kDeselect[] = "deselect";
+constexpr char kWidth[] = "width";
 constexpr char kScroll[] = "scroll";
+constexpr char kTop[] = "top";
+constexpr char kWheel[] = "wheel";
 constexpr char kSize[] = "size";
 constexpr char kContext[] = "context";
+
+/// A key goes to the component's accelerators first, as in any IDE.
+void OnKey(Console& console, Words& words) {
+  const std::string name = words.Take("the key");
+  words.End();
+  const auto pressed = platform::KeyOf(name);
+  if (!pressed) throw VerbError("there is no key " + name);
+  if (console.ide().Windows().RunAccelerator(pressed->virtualKey, pressed->modifiers)) return;
+  if (const auto reason = platform::ActOnList(FocusedList(), "key " + name)) throw VerbError(*reason);
+}
 
 void OnWait(Console&, Words& words) {
   const std::uint64_t time = words.TakeNumber("the number of milliseconds", 3'600'000);
@@ -153,14 +141,19 @@ void OnWait(Console&, Words& words) {
 constexpr Verb kVerbs[] = {
     {"windows", "", "Lists the coverage windows.", OnWindows},
     {"show", "[N] [stat|data]", "Prints coverage windows, or one pane, as tables.", OnShow},
-    {"focus", "N stat|data", "Gives a pane the focus.", OnFocus},
+    {"focus", "N stat|data", "Gives a pane the focus; a hidden window is shown again.", OnFocus},
     {"close", "N", "Closes a coverage window.", OnClose},
-    {"menu", "\nID", "Lists the registered menu commands, or chooses one.", OnMenu},
     {"row", "K", "Clicks a row of the focused pane; rows count from 0.", OnList<kRow>},
     {"double-click", "K", "Double-clicks a row.", OnList<kDoubleClick>},
+    {"drag", "K", "Begins to drag a row.", OnList<kDrag>},
+    {"deselect", "", "Clicks below the last row.", OnList<kDeselect>},
     {"header", "COLUMN", "Clicks a heading; columns count from 0.", OnList<kHeader>},
-    {"key", "NAME", "Presses a key in the focused pane, for example down or ctrl+g.", OnList<kKey>},
+    {"key", "NAME",
+     "Presses a key: one of the component's, for example shift+ctrl+o, or one for the focused pane.", OnKey},
     {"scroll", "ROWS", "Scrolls the focused pane.", OnList<kScroll>},
+    {"top", "K", "Scrolls the focused pane so that it begins with a row.", OnList<kTop>},
+    {"wheel", "NOTCHES", "Turns the mouse wheel.", OnList<kWheel>},
+    {"width", "COLUMN PIXELS", "Drags the edge of a column.", OnList<kWidth>},
     {"size", "ROWS", "Gives the focused pane so many rows.", OnList<kSize>},
     {"context", "K|header", "Opens the pop-up menu of a row; menu ID or menu cancel answers it.",
      OnList<kContext>},

@@ -60,6 +60,9 @@ class Words {
 /// A number as `Words::TakeNumber` reads it, or nothing.
 std::optional<std::uint64_t> ParseNumber(std::string_view text);
 
+/// "1 line", "2 lines".
+std::string Counted(std::uint64_t count, std::string_view what);
+
 /// Whether two texts are equal, the case of ASCII letters ignored.
 bool SameWord(std::string_view a, std::string_view b);
 

@@ -50,7 +50,7 @@ struct Ide::Services_ {
         traceStart(ide.debugger_),
         execution(ide.debugger_),
         limits(ide.debugger_),
-        source(ide.debugger_),
+        source(ide.debugger_, ide.openFiles_),
         addressText(ide.debugger_),
         target(ide.debugger_),
         memory(ide.debugger_),
@@ -93,6 +93,8 @@ Ide::Ide(IdePlaces places, IdeUser& user)
       project_(OpenProjectFor(places_, user_)),
       settings_(InState(places_, kSettingsFile), warning_),
       commands_(host_),
+      openFiles_(columns_),
+      windows_(settings_),
       options_(settings_),
       services_(std::make_unique<Services_>(*this)) {
   if (!warning_.empty()) user_.Notice("warning: " + warning_);
@@ -158,6 +160,7 @@ void Ide::StartComponent() {
   }
   debugger_.SetCollection(true);
   component_->Start(host_);
+  openFiles_.Announce();
 }
 
 std::vector<std::string> Ide::EndComponent() {
@@ -199,6 +202,20 @@ void Ide::LoadProgram(const std::string& path) {
 }
 
 void Ide::Download() { debugger_.Download(platform::ToNative(project_.Directory())); }
+
+bool Ide::OpenEditor(const std::string& file) {
+  if (openFiles_.IsOpen(file)) return true;
+  const auto debuggee = debugger_.Current();
+  if (!debuggee) return false;
+  const std::string native = NativeSourcePath(file);
+  std::vector<std::string> lines(debuggee->program->LineCount(native));
+  for (std::uint32_t i = 0; i < lines.size(); ++i) {
+    lines[i] = platform::FromUtf8(debuggee->program->LineText(native, i + 1).value_or(std::string()));
+  }
+  if (lines.empty()) return false;
+  openFiles_.Open(file, lines);
+  return true;
+}
 
 void Ide::Signal(const qal::Guid& event) {
   if (auto* running = RunningComponent()) running->Instance()->OnDebugEvent(&event);

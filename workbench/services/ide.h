@@ -12,6 +12,7 @@
 #include "workbench/services/host.h"
 #include "workbench/services/ide_services.h"
 #include "workbench/services/ide_user.h"
+#include "workbench/services/open_files.h"
 #include "workbench/services/project.h"
 #include "workbench/services/settings.h"
 #include "workbench/services/window_service.h"
@@ -41,6 +42,7 @@ class Ide final : private DebugListener {
   Host& Services() { return host_; }
   CommandRegistry& Commands() { return commands_; }
   Columns& EditorColumns() { return columns_; }
+  OpenFiles& Editors() { return openFiles_; }
   WindowService& Windows() { return windows_; }
   MessageOptions& Options() { return options_; }
   MacroRecorder& Macro() { return macro_; }
@@ -56,6 +58,9 @@ class Ide final : private DebugListener {
   /// it. Throws ProgramError or TargetError.
   void LoadProgram(const std::string& path);
   void Download();
+  /// Opens an editor for a source file of the program (a product path) unless one shows it. False when the
+  /// file cannot be read.
+  bool OpenEditor(const std::string& file);
 
   /// Sends an event to the component.
   void Signal(const qal::Guid& event);
@@ -95,6 +100,7 @@ class Ide final : private DebugListener {
   Host host_;
   CommandRegistry commands_;
   Columns columns_;
+  OpenFiles openFiles_;
   WindowService windows_;
   MessageOptions options_;
   MacroRecorder macro_;

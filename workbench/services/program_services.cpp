@@ -90,8 +90,11 @@ qal::Status Source::AddressToLine(std::uint32_t address, char16_t** file, std::u
     if (!debuggee) return kNothingLoaded;
     const auto found = debuggee->program->LineOf(address);
     if (!found) return qal::kFail;
-    *line = found->line;
-    return GiveText(ProductSourcePath(found->file), file);
+    const std::string path = ProductSourcePath(found->file);
+    const auto now = editors_.LineNow(path, found->line);
+    if (!now) return qal::kFail;
+    *line = *now;
+    return GiveText(path, file);
   });
 }
 
@@ -101,7 +104,9 @@ qal::Status Source::LineToAddress(qal::WideText file, std::uint32_t line, std::u
   return Guarded([&]() -> qal::Status {
     const auto debuggee = debugger_.Current();
     if (!debuggee) return kNothingLoaded;
-    const auto found = debuggee->program->AddressOf(NativeSourcePath(platform::Narrow(file)), line);
+    const std::string path = platform::Narrow(file);
+    const auto built = editors_.LineOpened(path, line);
+    const auto found = built ? debuggee->program->AddressOf(NativeSourcePath(path), *built) : std::nullopt;
     if (!found) return qal::kFail;
     *address = *found;
     return qal::kOk;
@@ -114,7 +119,9 @@ qal::Status Source::GetLineText(qal::WideText file, std::uint32_t line, char16_t
   return Guarded([&]() -> qal::Status {
     const auto debuggee = debugger_.Current();
     if (!debuggee) return kNothingLoaded;
-    const auto found = debuggee->program->LineText(NativeSourcePath(platform::Narrow(file)), line);
+    const std::string path = platform::Narrow(file);
+    if (const auto edited = editors_.LineText(path, line)) return GiveText(*edited, text);
+    const auto found = debuggee->program->LineText(NativeSourcePath(path), line);
     if (!found) return qal::kFail;
     return GiveText(platform::FromUtf8(*found), text);
   });

@@ -7,6 +7,7 @@
 
 #include "qal/program_services.h"
 #include "workbench/services/debug_session.h"
+#include "workbench/services/open_files.h"
 #include "workbench/services/service.h"
 
 namespace workbench {
@@ -33,10 +34,11 @@ class SymbolTable final : public Service<qal::IQSymbolTable, qal::iid::kSymbolTa
   std::map<std::string, Listing> listings_;
 };
 
-/// Source lines. Any thread, but GetSymbolTable is for the main thread.
+/// Source lines, numbered as the editors show them now. Main thread.
 class Source final : public Service<qal::IQSource, qal::iid::kSource> {
  public:
-  explicit Source(DebugSession& debugger) : debugger_(debugger), symbols_(debugger) {}
+  Source(DebugSession& debugger, const OpenFiles& editors)
+      : debugger_(debugger), editors_(editors), symbols_(debugger) {}
   qal::Status GetSymbolTable(std::uint32_t address, qal::IQUnknown** table) override;
   qal::Status AddressToLine(std::uint32_t address, char16_t** file, std::uint32_t* line) override;
   qal::Status LineToAddress(qal::WideText file, std::uint32_t line, std::uint32_t* address) override;
@@ -44,6 +46,7 @@ class Source final : public Service<qal::IQSource, qal::iid::kSource> {
 
  private:
   DebugSession& debugger_;
+  const OpenFiles& editors_;
   SymbolTable symbols_;
 };
 

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "platform/menu.h"
+#include "platform/resources.h"
 #include "platform/text.h"
 #include "platform/variant.h"
 
@@ -11,7 +13,6 @@ namespace {
 constexpr std::size_t kMostRegistrations = 10'000;
 constexpr std::size_t kMostFrames = 1000;
 constexpr platform::Rect kFramePlace{0, 0, 800, 400};
-constexpr int kSummaryColumns = 3;
 
 std::vector<std::uint32_t> IdsOf(const qal::Variant* ids) {
   return platform::IdListOf(ids).value_or(std::vector<std::uint32_t>());
@@ -38,38 +39,6 @@ qal::Status Keep(List& list, Record record) {
 
 }  // namespace
 
-std::vector<platform::ListView*> FrameWindow::Lists() const {
-  std::vector<platform::ListView*> lists;
-  for (const platform::Window* pane : Children()) {
-    if (!pane->IsVisible()) continue;
-    for (platform::Window* child : pane->Children()) {
-      if (auto* list = dynamic_cast<platform::ListView*>(child)) lists.push_back(list);
-    }
-  }
-  return lists;
-}
-
-bool FrameWindow::IsSummary(const platform::ListView& list) { return list.ColumnCount() <= kSummaryColumns; }
-
-void FrameWindow::LayOut() {
-  const platform::Rect whole = ClientRect();
-  const int middle = whole.top + whole.Height() / 3;
-  for (const platform::ListView* list : Lists()) {
-    platform::Rect place = whole;
-    if (IsSummary(*list)) {
-      place.bottom = middle;
-    } else {
-      place.top = middle;
-    }
-    list->Parent()->Move(place);
-  }
-}
-
-platform::LResult FrameWindow::OnMessage(const platform::Message& message) {
-  if (message.id == platform::message::kSize) LayOut();
-  return Window::OnMessage(message);
-}
-
 WindowService::~WindowService() { Forget(); }
 
 void WindowService::Forget() {
@@ -79,15 +48,15 @@ void WindowService::Forget() {
   contextMenus_.clear();
   windows_.clear();
   modules_.clear();
-  frameButtons_.clear();
+  frameToolbars_.clear();
   auto frames = std::move(frames_);
   frames_.clear();
   for (auto it = frames.rbegin(); it != frames.rend(); ++it) (*it)->Destroy();
 }
 
-const WindowService::ToolbarButtons* WindowService::ButtonsOf(qal::WindowHandle frame) const {
-  const auto found = frameButtons_.find(frame);
-  return found == frameButtons_.end() ? nullptr : &found->second;
+FrameToolbar* WindowService::ToolbarOf(qal::WindowHandle frame) {
+  const auto found = frameToolbars_.find(frame);
+  return found == frameToolbars_.end() ? nullptr : &found->second;
 }
 
 platform::Window* WindowService::WindowOf(std::uint32_t key) const {
@@ -104,19 +73,32 @@ qal::ModuleHandle WindowService::ModuleOf(std::uint32_t key) const {
   return found == modules_.end() ? 0 : found->second;
 }
 
-std::vector<FrameWindow*> WindowService::Frames() const {
+std::vector<FrameWindow*> WindowService::FramesInUse() const {
   std::vector<FrameWindow*> frames;
   for (const auto& frame : frames_) {
-    if (frame->Exists()) frames.push_back(frame.get());
+    if (frame->Exists() && !frame->Parent() && frame->InUse() && !frame->Lists().empty())
+      frames.push_back(frame.get());
   }
   return frames;
 }
 
-std::vector<FrameWindow*> WindowService::ShownFrames() const {
-  auto frames = Frames();
-  std::erase_if(frames,
-                [](const FrameWindow* frame) { return !frame->IsVisible() || frame->Lists().empty(); });
-  return frames;
+bool WindowService::RunAccelerator(std::uint32_t virtualKey, std::uint8_t modifiers) {
+  for (const AcceleratorRegistration& registered : accelerators_) {
+    platform::Window* const target = WindowOf(registered.key);
+    const platform::ResourceScope scope(registered.module);
+    const auto* table = platform::LoadAccelerators(registered.table);
+    const auto command = table ? platform::Translate(*table, virtualKey, modifiers) : std::nullopt;
+    if (target && command) return platform::RunCommand(*target, *command);
+  }
+  return false;
+}
+
+void WindowService::TidyFrames() {
+  for (const auto& frame : frames_) {
+    if (frame->Exists() && frame->Closed() && frame->Lists().empty()) frame->Destroy();
+  }
+  std::erase_if(frameToolbars_, [](const auto& entry) { return !platform::IsWindow(entry.first); });
+  std::erase_if(frames_, [](const auto& frame) { return !frame->Exists(); });
 }
 
 bool WindowService::CloseFrame(FrameWindow& frame) {
@@ -127,10 +109,12 @@ bool WindowService::CloseFrame(FrameWindow& frame) {
     if (auto* sink = WindowOf(menu.key)) sink->Send(kCloseFrameMessage, handle);
     break;
   }
-  if (!there || frame.Lists().empty()) return true;
-  frame.state = kOpen;
-  frame.Show(true);
-  return false;
+  if (there && !frame.Lists().empty()) {
+    frame.RequestState(FrameWindow::kShow);
+    return false;
+  }
+  TidyFrames();
+  return true;
 }
 
 std::size_t WindowService::RegistrationCount() const {
@@ -195,8 +179,7 @@ qal::Status WindowService::SetFrameState(qal::WindowHandle frame, std::uint32_t 
   return Guarded([&]() -> qal::Status {
     FrameWindow* found = FrameOf(frame);
     if (!found) return qal::kFail;
-    found->state = state;
-    found->Show(state != kHidden && state != kClosed);
+    found->RequestState(state);
     return qal::kOk;
   });
 }
@@ -204,7 +187,7 @@ qal::Status WindowService::SetFrameState(qal::WindowHandle frame, std::uint32_t 
 qal::Status WindowService::GetFrameState(qal::WindowHandle frame, std::uint32_t* state) {
   const FrameWindow* found = FrameOf(frame);
   if (!found || !state) return qal::kFail;
-  *state = found->state;
+  *state = found->State();
   return qal::kOk;
 }
 
@@ -288,7 +271,7 @@ qal::Status WindowService::CreateFrame(qal::WideText key, qal::WideText title, s
   if (!frame) return qal::kFail;
   *frame = 0;
   return Guarded([&]() -> qal::Status {
-    std::erase_if(frames_, [](const auto& known) { return !known->Exists(); });
+    TidyFrames();
     if (frames_.size() >= kMostFrames) return qal::kFail;
     const std::string keyText = platform::Narrow(key);
     FrameWindow* outer = nullptr;
@@ -306,9 +289,8 @@ qal::Status WindowService::CreateFrame(qal::WideText key, qal::WideText title, s
     } else if (outer) {
       newKey += "/view";
     }
-    auto made = std::make_unique<FrameWindow>(newKey, style, position);
-    const std::uint32_t bits =
-        platform::window_style::kVisible | (outer ? platform::window_style::kChild : std::uint32_t{0});
+    auto made = std::make_unique<FrameWindow>(newKey, keyText, style, position);
+    const std::uint32_t bits = outer ? platform::window_style::kVisible | platform::window_style::kChild : 0;
     if (!made->Create(outer ? outer->Handle() : 0, 0, platform::Narrow(title), bits, kFramePlace))
       return qal::kFail;
     *frame = made->Handle();
@@ -322,30 +304,40 @@ qal::Status WindowService::CreateFrame(qal::WideText key, qal::WideText title, s
 }
 
 qal::Status WindowService::RegisterToolbarButtons(qal::WindowHandle parent, qal::ModuleHandle module,
-                                                  std::uint32_t bitmap, std::uint32_t, std::uint32_t key,
+                                                  std::uint32_t bitmap, std::uint32_t, std::uint32_t,
                                                   const qal::Guid*, const qal::Variant*, const qal::Variant*,
                                                   const qal::Variant*, const qal::Variant*,
                                                   const qal::Variant* fifth) {
-  return Guarded([&] {
-    frameButtons_[parent] = ToolbarButtons{module, bitmap, key, IdsOf(fifth)};
+  return Guarded([&]() -> qal::Status {
+    const FrameWindow* frame = FrameOf(parent);
+    if (!frame) return qal::kFail;
+    frameToolbars_.try_emplace(parent, settings_, frame->Kind(), module, bitmap, IdsOf(fifth));
     return qal::kOk;
   });
 }
 
 qal::Status WindowService::CustomizeToolbar(qal::WindowHandle frame) {
-  return FrameOf(frame) ? qal::kOk : qal::kFail;
+  return Guarded([&]() -> qal::Status {
+    FrameWindow* const found = FrameOf(frame);
+    FrameToolbar* const toolbar = ToolbarOf(frame);
+    if (!found || !toolbar) return qal::kFail;
+    toolbar->Customize(*found);
+    return qal::kOk;
+  });
 }
 
 qal::Status WindowService::IsToolbarShown(qal::WindowHandle frame) {
-  const FrameWindow* found = FrameOf(frame);
-  return found && found->toolbarShown ? 1 : 0;
+  const FrameToolbar* toolbar = ToolbarOf(frame);
+  return toolbar && toolbar->Shown() ? 1 : 0;
 }
 
 qal::Status WindowService::ShowToolbar(qal::WindowHandle frame, qal::Flag shown) {
-  FrameWindow* found = FrameOf(frame);
-  if (!found) return qal::kFail;
-  found->toolbarShown = shown != qal::kFalse;
-  return qal::kOk;
+  return Guarded([&]() -> qal::Status {
+    FrameToolbar* const toolbar = ToolbarOf(frame);
+    if (!toolbar) return qal::kFail;
+    toolbar->SetShown(shown != qal::kFalse);
+    return qal::kOk;
+  });
 }
 
 qal::Status WindowService::RegisterToolbar(qal::WideText identifier, qal::WideText name,
@@ -361,7 +353,7 @@ qal::Status WindowService::RegisterToolbar(qal::WideText identifier, qal::WideTe
 }
 
 qal::Status WindowService::QueryFrameToolbar(qal::WindowHandle frame) {
-  return FrameOf(frame) && frameButtons_.contains(frame) ? qal::kOk : qal::kFail;
+  return frameToolbars_.contains(frame) ? qal::kOk : qal::kFail;
 }
 
 }  // namespace workbench

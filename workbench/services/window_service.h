@@ -6,49 +6,19 @@
 #include <string>
 #include <vector>
 
-#include "platform/list_view.h"
 #include "platform/window.h"
 #include "qal/window_service.h"
+#include "workbench/services/frame_toolbar.h"
+#include "workbench/services/frame_window.h"
 #include "workbench/services/service.h"
+#include "workbench/services/settings.h"
 
 namespace workbench {
-
-/// A docking frame: a top-level window, or a window inside the frame whose key it was created with.
-class FrameWindow final : public platform::Window {
- public:
-  FrameWindow(std::string key, std::uint32_t style, std::uint32_t dockPosition)
-      : key_(std::move(key)), frameStyle_(style), dockPosition_(dockPosition) {}
-
-  const std::string& Key() const { return key_; }
-  std::uint32_t FrameStyle() const { return frameStyle_; }
-  std::uint32_t DockPosition() const { return dockPosition_; }
-  std::uint32_t state = 0;
-  bool toolbarShown = true;
-
-  /// The lists in the panes that the frame holds and shows, in the order in which they came.
-  std::vector<platform::ListView*> Lists() const;
-  /// Whether a list is the summary of its window (few columns) and not the detail.
-  static bool IsSummary(const platform::ListView& list);
-  /// Puts the panes to their places: the summary above, the others in turn below.
-  void LayOut();
-
- protected:
-  platform::LResult OnMessage(const platform::Message& message) override;
-
- private:
-  std::string key_;
-  std::uint32_t frameStyle_;
-  std::uint32_t dockPosition_;
-};
 
 /// Frames, menus, toolbars, accelerators and windows that components register, under the key of whoever
 /// registered them. All four versions are the one object. Main thread.
 class WindowService final : public qal::IQWindowService4 {
  public:
-  /// Frame states that hide a frame; any other shows it.
-  static constexpr std::uint32_t kHidden = 1;
-  static constexpr std::uint32_t kClosed = 2;
-  static constexpr std::uint32_t kOpen = 18;
   /// Sent to the window that registered the main menu, with a frame that the person closes.
   static constexpr std::uint32_t kCloseFrameMessage = platform::message::kUser + 1;
 
@@ -74,12 +44,6 @@ class WindowService final : public qal::IQWindowService4 {
     std::uint32_t key;
     std::vector<std::uint32_t> buttons;
   };
-  struct ToolbarButtons {
-    qal::ModuleHandle module;
-    std::uint32_t bitmap;
-    std::uint32_t key;
-    std::vector<std::uint32_t> buttons;
-  };
   struct ContextMenu {
     qal::WindowHandle parent;
     qal::WindowHandle window;
@@ -87,7 +51,8 @@ class WindowService final : public qal::IQWindowService4 {
     std::uint32_t key;
   };
 
-  WindowService() = default;
+  /// What the person chooses for toolbars is kept in the settings.
+  explicit WindowService(SettingsFile& settings) : settings_(settings) {}
   ~WindowService();
   WindowService(const WindowService&) = delete;
   WindowService& operator=(const WindowService&) = delete;
@@ -96,14 +61,16 @@ class WindowService final : public qal::IQWindowService4 {
   const std::vector<AcceleratorRegistration>& Accelerators() const { return accelerators_; }
   const std::vector<ToolbarRegistration>& Toolbars() const { return toolbars_; }
   /// Toolbar of a frame, by the frame's window; null when it has none.
-  const ToolbarButtons* ButtonsOf(qal::WindowHandle frame) const;
+  FrameToolbar* ToolbarOf(qal::WindowHandle frame);
   /// Window registered under a key, or null.
   platform::Window* WindowOf(std::uint32_t key) const;
   qal::ModuleHandle ModuleOf(std::uint32_t key) const;
-  /// Frames that exist, in the order of creation.
-  std::vector<FrameWindow*> Frames() const;
-  /// Those that hold panes and are not hidden.
-  std::vector<FrameWindow*> ShownFrames() const;
+  /// Top-level frames that hold panes and that the person knows of, hidden ones among them, in the order of
+  /// creation.
+  std::vector<FrameWindow*> FramesInUse() const;
+  /// Runs the command of a key that a component has registered. False when there is none, or when the command
+  /// cannot be used now.
+  bool RunAccelerator(std::uint32_t virtualKey, std::uint8_t modifiers);
   /// Has the component close the window of a frame. False when the window stays, because the person wants it
   /// to.
   bool CloseFrame(FrameWindow& frame);
@@ -170,7 +137,10 @@ class WindowService final : public qal::IQWindowService4 {
 
  private:
   FrameWindow* FrameOf(qal::WindowHandle window) const;
+  /// Drops the frames of windows that are closed.
+  void TidyFrames();
 
+  SettingsFile& settings_;
   std::uint32_t nextKey_ = 1;
   std::uint32_t nextFrame_ = 1;
   std::vector<std::unique_ptr<FrameWindow>> frames_;
@@ -180,7 +150,7 @@ class WindowService final : public qal::IQWindowService4 {
   std::vector<ContextMenu> contextMenus_;
   std::map<std::uint32_t, std::vector<qal::WindowHandle>> windows_;
   std::map<std::uint32_t, qal::ModuleHandle> modules_;
-  std::map<qal::WindowHandle, ToolbarButtons> frameButtons_;
+  std::map<qal::WindowHandle, FrameToolbar> frameToolbars_;
 };
 
 }  // namespace workbench

@@ -2,6 +2,8 @@
 
 #include <thread>
 
+#include "platform/picture.h"
+#include "platform/script_presenter.h"
 #include "platform/text.h"
 #include "platform/variant.h"
 #include "workbench/services/columns.h"
@@ -12,6 +14,12 @@ namespace workbench {
 namespace {
 
 using platform::Wide;
+
+/// Settings in memory only.
+struct Settings {
+  std::string warning;
+  SettingsFile file{"", warning};
+};
 
 /// Opens a frame with a view inside it, as a component does.
 struct Opened {
@@ -28,7 +36,8 @@ struct Opened {
 };
 
 TEST(WindowService, GivesEachFrameAKeyAndPutsViewsInside) {
-  WindowService service;
+  Settings settings;
+  WindowService service(settings.file);
   const Opened first(service);
   const Opened second(service);
   EXPECT_NE(first.frameKey, second.frameKey);
@@ -38,7 +47,8 @@ TEST(WindowService, GivesEachFrameAKeyAndPutsViewsInside) {
 }
 
 TEST(WindowService, ReopensAFrameUnderTheKeyThatComesIn) {
-  WindowService service;
+  Settings settings;
+  WindowService service(settings.file);
   qal::WindowHandle frame = 0;
   char16_t* key = platform::NewWide("{KEY}#7");
   EXPECT_EQ(service.CreateFrame(Wide("{KEY}").get(), nullptr, 0, 0, &frame, &key), qal::kOk);
@@ -47,40 +57,71 @@ TEST(WindowService, ReopensAFrameUnderTheKeyThatComesIn) {
 }
 
 TEST(WindowService, HidesAndShowsFramesByTheirState) {
-  WindowService service;
+  Settings settings;
+  WindowService service(settings.file);
   const Opened opened(service);
   const struct {
+    std::uint32_t request;
     std::uint32_t state;
     bool visible;
-  } rows[] = {{1, false}, {18, true}, {2, false}, {0x2000, true}};
+  } rows[] = {{0x2000, 17, false}, {18, 16, true}, {1, 17, false}, {34, 16, true},
+              {0x20, 8, true},     {2, 9, false},  {18, 8, true},  {0x20, 16, true}};
   for (const auto& row : rows) {
-    EXPECT_EQ(service.SetFrameState(opened.frame, row.state), qal::kOk);
+    EXPECT_EQ(service.SetFrameState(opened.frame, row.request), qal::kOk);
     std::uint32_t state = 0;
     EXPECT_EQ(service.GetFrameState(opened.frame, &state), qal::kOk);
-    EXPECT_EQ(state, row.state);
-    EXPECT_EQ(platform::WindowFrom(opened.frame)->IsVisible(), row.visible) << row.state;
+    EXPECT_EQ(state, row.state) << row.request;
+    EXPECT_EQ(platform::WindowFrom(opened.frame)->IsVisible(), row.visible) << row.request;
   }
   EXPECT_LT(service.SetFrameState(12345, 1), 0);
 }
 
-TEST(WindowService, HasAToolbarOnAFrameOnceButtonsAreRegistered) {
-  WindowService service;
-  const Opened opened(service);
-  EXPECT_LT(service.QueryFrameToolbar(opened.frame), 0);
+/// Text of a frame's toolbar.
+std::string Worn(WindowService& service, qal::WindowHandle frame) {
+  return platform::Picture(service.ToolbarOf(frame)->Buttons());
+}
+
+TEST(WindowService, RemembersTheToolbarThatThePersonChoseForFramesOfAKind) {
+  Settings settings;
+  WindowService service(settings.file);
   const platform::OwnedVariant none;
   const std::uint32_t ids[] = {32813, 32817};
   const platform::OwnedVariant buttons(platform::IdListVariant(ids));
-  service.RegisterToolbarButtons(opened.frame, 0, 9073, 0, 1, &qal::kClassId, none.get(), none.get(),
-                                 none.get(), none.get(), buttons.get());
+  const auto dress = [&](qal::WindowHandle frame) {
+    return service.RegisterToolbarButtons(frame, 0, 9073, 0, 1, &qal::kClassId, none.get(), none.get(),
+                                          none.get(), none.get(), buttons.get());
+  };
+  const Opened opened(service);
+  EXPECT_LT(service.QueryFrameToolbar(opened.frame), 0);
+  EXPECT_LT(service.CustomizeToolbar(opened.frame), 0);
+  EXPECT_LT(dress(12345), 0);
+  EXPECT_EQ(dress(opened.frame), qal::kOk);
   EXPECT_EQ(service.QueryFrameToolbar(opened.frame), qal::kOk);
-  EXPECT_EQ(service.ButtonsOf(opened.frame)->buttons, (std::vector<std::uint32_t>{32813, 32817}));
   EXPECT_NE(service.IsToolbarShown(opened.frame), 0);
+  EXPECT_EQ(Worn(service, opened.frame), "32813\n32817\n");
+
+  std::vector<std::string> lines{"check 32813 off", "click 2", "check 32813 off", "click 1"};
+  std::size_t next = 0;
+  platform::ScriptPresenter person(
+      [&] { return next < lines.size() ? std::optional(lines[next++]) : std::nullopt; }, nullptr);
+  const platform::PresenterScope scope(person);
+  service.CustomizeToolbar(opened.frame);
+  EXPECT_EQ(Worn(service, opened.frame), "32813\n32817\n") << "after Cancel";
+  service.CustomizeToolbar(opened.frame);
   service.ShowToolbar(opened.frame, qal::kFalse);
-  EXPECT_EQ(service.IsToolbarShown(opened.frame), 0);
+  EXPECT_EQ(Worn(service, opened.frame), "32817\n");
+
+  WindowService later(settings.file);
+  const Opened again(later);
+  later.RegisterToolbarButtons(again.frame, 0, 9073, 0, 1, &qal::kClassId, none.get(), none.get(), none.get(),
+                               none.get(), buttons.get());
+  EXPECT_EQ(Worn(later, again.frame), "32817\n");
+  EXPECT_EQ(later.IsToolbarShown(again.frame), 0);
 }
 
 TEST(WindowService, CountsContextMenusPerParentUntilTheyAreWithdrawn) {
-  WindowService service;
+  Settings settings;
+  WindowService service(settings.file);
   std::uint32_t count = 0;
   service.RegisterContextMenu(10, 11, 0, nullptr, 0, 5, 1, &qal::kClassId);
   service.RegisterContextMenu(10, 12, 0, nullptr, 0, 5, 2, &qal::kClassId);
@@ -92,7 +133,8 @@ TEST(WindowService, CountsContextMenusPerParentUntilTheyAreWithdrawn) {
 }
 
 TEST(WindowService, ForgetsEverythingWithItsComponent) {
-  WindowService service;
+  Settings settings;
+  WindowService service(settings.file);
   const Opened opened(service);
   std::uint32_t out = 0;
   service.RegisterMenu(0, 201, 1, &qal::kClassId, nullptr, &out, &out, nullptr, nullptr, 1);
