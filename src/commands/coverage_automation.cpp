@@ -2,6 +2,7 @@
 
 #include "commands/command_paths.h"
 #include "commands/range_operations.h"
+#include "model/address_text.h"
 #include "persist/command_file.h"
 #include "platform/message_box.h"
 #include "platform/text.h"
@@ -29,7 +30,7 @@ class Silence final : public platform::MessageBoxPresenter {
 
 qal::Status CoverageAutomation::SetRange(std::uint32_t start, std::uint32_t end) {
   if (start == 0xFFFFFFFF && end == 0) return automation::kNothing;
-  const AddressLimits limits = LimitsOf(view_.Host());
+  const AddressLimits limits = LimitsOfTarget(view_.Host());
   if (start < limits.lowest || end > limits.highest) return automation::kOutsideLimits;
   if (end == 0) return automation::kNothing;
   if (const qal::Status wrong = CheckRange(start, end)) return wrong;

@@ -23,6 +23,7 @@ class DisplayWorkers::Listing {
         functionWord_(Text(strings::kFunctionWord)),
         rangeWord_(Text(strings::kRangeWord)),
         nothingText_(Text(strings::kCannotDisplay)) {
+    // The IDE learns from the request that output goes on behind the command; nothing of the service is used.
     FindService<qal::IQUnknown>(host, qal::iid::kCommandOutputService);
     thread_ = std::thread([this] { Run(); });
   }

@@ -4,6 +4,7 @@
 #include "commands/command_paths.h"
 #include "commands/coverage_commands.h"
 #include "commands/range_operations.h"
+#include "model/address_text.h"
 #include "persist/command_file.h"
 #include "platform/message_box.h"
 #include "platform/text.h"
@@ -15,7 +16,7 @@ CRangeCommand::CRangeCommand(CommandHost& owner)
     : CCoverageCommand(owner, "coverage_range", "cvr", strings::kSyntaxCoverageRange) {}
 
 qal::Status CRangeCommand::DoCommand(const std::string& line, std::string& result, std::uint32_t&) {
-  const AddressLimits limits = LimitsOf(host);
+  const AddressLimits limits = LimitsOfTarget(host);
   CArgNumberUnsigned start(false, 16, expressionService, 0xFFFFFFFF, limits.lowest, limits.highest);
   CArgNumberUnsigned end(false, 16, expressionService, 0, limits.lowest, limits.highest);
   CArgStringFileName file(true, {}, SharedPlaceholders());

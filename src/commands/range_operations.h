@@ -8,14 +8,6 @@
 
 namespace coverage {
 
-struct AddressLimits {
-  std::uint32_t lowest = 0;
-  std::uint32_t highest = 0xFFFFFFFF;
-};
-
-/// The addresses that the target has; all of them without the address-limits service.
-AddressLimits LimitsOf(qal::IQHost* host);
-
 /// 0, or the automation status for what is wrong with the two addresses of a range.
 qal::Status CheckRange(std::uint32_t start, std::uint32_t end);
 

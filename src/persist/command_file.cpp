@@ -82,8 +82,6 @@ class CurrentRangeSink final : public StoreSink {
     AlignToSteps(start, end);
     if (!budget_.Take(start, end) || model_.SetStoreRange(start, end) == 0)
       return Stop(automation::kRangeRefused);
-    // The same range registered again keeps what was counted in it.
-    model_.ClearStore();
     model_.SetStoreEnabled(section.enableStatus != 0);
     return RowsTo(model_.commandStore(), section);
   }
