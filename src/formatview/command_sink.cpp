@@ -11,8 +11,6 @@ namespace coverage {
 namespace {
 
 constexpr std::uint32_t kSinkControlId = 1;
-/// The state with which the panes' "Hide" command hides a frame.
-constexpr std::uint32_t kHiddenFrame = 1;
 
 }  // namespace
 
@@ -99,7 +97,7 @@ platform::LResult CUiCommandSink::CloseChild(qal::WindowHandle window, platform:
 
 platform::LResult CUiCommandSink::HideChild(qal::WindowHandle window, platform::LParam) {
   if (platform::IsWindow(window) && customizer != nullptr) {
-    customizer->SetFrameState(platform::ParentOf(window), kHiddenFrame);
+    customizer->SetFrameState(platform::ParentOf(window), kFrameHidden);
   }
   return 1;
 }

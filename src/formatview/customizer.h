@@ -19,6 +19,9 @@ namespace coverage {
 /// own identity (its address) is allowed in their place and never equals one of them.
 using RegistrationKey = std::uintptr_t;
 
+/// State in which the IDE hides a frame.
+inline constexpr std::uint32_t kFrameHidden = 1;
+
 /// Optional lists of a toolbar; an absent one is handed over as an empty variant.
 struct ToolbarLists {
   std::optional<std::vector<std::uint32_t>> buttonIds;

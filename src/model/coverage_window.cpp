@@ -9,11 +9,4 @@ void CoverageWindow::TakeStats() {
   }
 }
 
-CoverageInstance* CoverageWindow::Displayed() const {
-  for (const auto& [number, instance] : instances) {
-    if (instance != nullptr && instance->shown == 1) return instance;
-  }
-  return nullptr;
-}
-
 }  // namespace coverage

@@ -24,8 +24,6 @@ struct CoverageWindow {
 
   /// Takes a new snapshot of every instance; a number that is missing leaves an empty element.
   void TakeStats();
-  /// The instance that the data pane displays, or null.
-  CoverageInstance* Displayed() const;
 };
 
 }  // namespace coverage

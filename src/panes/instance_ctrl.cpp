@@ -16,7 +16,6 @@ constexpr std::uint32_t kListStyle = 0x5000040D;
 constexpr std::uint32_t kLastPosition = 0xFFFFFFFF;
 
 /// States of the frame that holds a pane.
-constexpr std::uint32_t kFrameHidden = 1;
 constexpr std::uint32_t kFrameDockable = 0x20;
 constexpr std::uint32_t kFrameDockedBit = 0x10;
 constexpr std::uint32_t kFrameFloatingBit = 0x8;
