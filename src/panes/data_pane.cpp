@@ -54,7 +54,7 @@ void DataPane::OnPaneCreated() {
   } else {
     RegisterRange(true);
   }
-  Retitle();
+  ShowTitle();
   paneWindowCreated_ = true;
 }
 
@@ -111,11 +111,15 @@ void DataPane::ClearCounts(bool resetModified) {
   owner().DropLineMarks();
 }
 
+void DataPane::ShowTitle() {
+  View().SetFrameTitle(platform::Format(coverage::Text(strings::kWindowTitle).c_str(),
+                                        AddressText(host, instance_->start).value_or("").c_str(),
+                                        AddressText(host, instance_->end).value_or("").c_str()));
+}
+
 void DataPane::Retitle() {
+  ShowTitle();
   DataPane& view = View();
-  view.SetFrameTitle(platform::Format(coverage::Text(strings::kWindowTitle).c_str(),
-                                      AddressText(host, instance_->start).value_or("").c_str(),
-                                      AddressText(host, instance_->end).value_or("").c_str()));
   if (view.List().Exists()) view.FitColumns();
 }
 

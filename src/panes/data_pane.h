@@ -40,6 +40,7 @@ class CJepCoverageInstanceCtrlCovData final : public CJepDebugInstanceDataCtrl {
   void RefreshStatistics();
   /// Clears the counters when `resetModified`; the editor marks are dropped in any case.
   void ClearCounts(bool resetModified);
+  /// Sets the window's title and sizes the columns to their headings.
   void Retitle();
   /// Takes the pane for another range or function.
   void Reuse(std::uint32_t start, std::uint32_t end, std::string functionName, std::uint32_t shown);
@@ -68,6 +69,7 @@ class CJepCoverageInstanceCtrlCovData final : public CJepDebugInstanceDataCtrl {
   RowBuilder Rows();
   std::optional<std::uint32_t> SelectedAddress();
   bool SourceOf(std::uint32_t address, char16_t** file, std::uint32_t* line) const;
+  void ShowTitle();
   void ClearRange();
   void ClearFunction();
 

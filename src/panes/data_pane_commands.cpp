@@ -121,18 +121,18 @@ void DataPane::OnGoToAddress() {
   const std::string text = selected < 0 ? std::string() : list.ItemText(selected, kAddressColumn);
   const auto address = owner().AskAddress(displayed, text);
   if (!address || !list.Exists()) return;
-  int row = static_cast<int>((*address - instance.start) /
-                             std::max<std::uint32_t>(instance.averageInstructionSize, 1));
-  row = std::clamp(row, 0, std::max(0, list.RowCount() - rowsPerPage_));
-  list.Scroll(row - list.TopRow());
-  list.EnsureVisible(row);
+  const std::uint32_t offset = *address - instance.start;
+  const auto estimated =
+      static_cast<int>(std::min<std::uint32_t>(offset / instance.averageInstructionSize, INT32_MAX));
+  list.Scroll(std::min(estimated, std::max(0, list.RowCount() - rowsPerPage_)) - list.TopRow());
   list.SetFocus();
   if (instance.refreshLocked == 0) displayed.RebuildRows(true, *address, -1, -1);
-  if (*address == instance.start) {
-    list.Scroll(-list.TopRow());
-    row = 0;
-  }
-  if (row >= list.TopRow() && row < list.TopRow() + rowsPerPage_) {
+  if (offset == 0) list.Scroll(-list.TopRow());
+  const int pageEnd = list.TopRow() + rowsPerPage_;
+  int row = list.TopRow();
+  while (row < pageEnd && displayed.Rows().AddressOfRow(row) != *address) ++row;
+  if (row == pageEnd) row = std::min(estimated, list.RowCount() - 1);
+  if (row >= list.TopRow() && row < pageEnd) {
     list.SelectRow(row);
     list.SetFocusRow(row);
   } else {

@@ -12,7 +12,6 @@ constexpr std::uint32_t kHexadecimal = 16;
 constexpr std::size_t kTabWidth = 4;
 constexpr std::size_t kLongestSource = 254;
 constexpr std::size_t kEllipsisAt = 252;
-/// Columns that the counters do not change.
 constexpr int kAllColumns[] = {kTimesColumn, kPassColumn, kAddressColumn, kAssemblerColumn, kSourceColumn};
 
 }  // namespace
@@ -63,10 +62,13 @@ std::uint32_t RowBuilder::StartAddress(std::uint32_t fromAddress, int& firstRow,
     }
   }
   if (const auto address = AddressOfRow(firstRow)) return *address;
-  const std::uint64_t estimate =
-      std::uint64_t{instance_.averageInstructionSize} * static_cast<std::uint64_t>(firstRow) +
-      instance_.start;
-  return static_cast<std::uint32_t>(std::min<std::uint64_t>(estimate, instance_.end));
+  const std::uint64_t size = instance_.averageInstructionSize;
+  const std::uint64_t span = instance_.end - instance_.start;
+  // The list may have more rows than the range has instructions; its last page shows the range's end all the
+  // same.
+  const std::uint64_t page = std::min(span, size * static_cast<std::uint64_t>(rowsPerPage_));
+  const std::uint64_t before = std::min(size * static_cast<std::uint64_t>(firstRow), span - page);
+  return instance_.start + static_cast<std::uint32_t>(before);
 }
 
 std::uint32_t RowBuilder::Build(bool rewrite, std::uint32_t fromAddress, int firstRow, int rowCount) {

@@ -147,7 +147,9 @@ void StatisticsPane::WriteRow(int row, const FunctionStat& stat) {
   const platform::Colour colour = refused ? kRefused : ColourOf(platform::SystemColour::kWindowText);
   List().SetItemTextColoured(row, kNameColumn, IsFileWindow() ? " -" + stat.name : RangeText(stat), colour);
   List().SetItemTextColoured(row, kStatisticColumn, StatisticText(stat), colour);
-  List().SetItemTextColoured(row, kStatusColumn, stat.enableStatus == 1 ? " Enable" : " Disable", colour);
+  List().SetItemTextColoured(
+      row, kStatusColumn, " " + coverage::Text(stat.enableStatus == 1 ? strings::kEnable : strings::kDisable),
+      colour);
 }
 
 void StatisticsPane::ListInstances(bool takeSnapshot, int firstRow, int rowCount) {
@@ -194,7 +196,7 @@ void StatisticsPane::SelectRow() {
     List().SetFocusRow(-1);
     return;
   }
-  if (pane != DisplayedPane()) Display(*pane);
+  if (pane->Instance().shown == 0) Display(*pane);
 }
 
 void StatisticsPane::ApplyFont(std::string_view face, std::int32_t size) {
