@@ -48,7 +48,7 @@ void CoverageDialog::Complain(std::uint32_t textId, std::uint32_t focusId) {
 }
 
 std::optional<std::uint32_t> CoverageDialog::AddressIn(std::uint32_t comboId) {
-  const std::string text = platform::Trim(ItemText(comboId));
+  const std::string text = TypedIn(comboId);
   qal::Status status = kNothingTyped;
   if (!text.empty()) {
     status = qal::kFail;
@@ -84,7 +84,7 @@ void CoverageDialog::ChooseLabel(std::uint32_t comboId) {
   }
 }
 
-std::string CoverageDialog::NameIn(std::uint32_t editId) const { return platform::Trim(ItemText(editId)); }
+std::string CoverageDialog::TypedIn(std::uint32_t fieldId) const { return platform::Trim(ItemText(fieldId)); }
 
 std::string CoverageDialog::Expand(std::string_view path, bool* allResolved) const {
   return PlaceholderResolver(host_).ExpandPlaceholders(path, {}, allResolved);
@@ -93,12 +93,6 @@ std::string CoverageDialog::Expand(std::string_view path, bool* allResolved) con
 std::string CoverageDialog::StartDirectory(std::string_view name, std::string_view placeholder) const {
   const std::string directory = platform::DirectoryPart(name);
   return Expand(directory.empty() ? placeholder : std::string_view(directory));
-}
-
-bool HasExtension(std::string_view fileName, std::string_view first, std::string_view second) {
-  const std::string extension = platform::ExtensionPart(fileName);
-  return extension.size() <= 1 || platform::EqualNoCase(extension, first) ||
-         (!second.empty() && platform::EqualNoCase(extension, second));
 }
 
 }  // namespace coverage

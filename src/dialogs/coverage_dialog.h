@@ -41,8 +41,8 @@ class CoverageDialog : public platform::Dialog {
   std::optional<std::uint32_t> AddressIn(std::uint32_t comboId);
   /// Lets the person pick the name of a function from a menu into a combo box.
   void ChooseLabel(std::uint32_t comboId);
-  /// The name typed into an edit field, without blanks around it.
-  std::string NameIn(std::uint32_t editId) const;
+  /// What is typed into a field, without blanks around it.
+  std::string TypedIn(std::uint32_t fieldId) const;
   /// A path with its placeholders replaced; `allResolved`, when given, tells whether each had a value.
   std::string Expand(std::string_view path, bool* allResolved = nullptr) const;
   /// Directory that a file dialog begins in: that of the name, or the value of `placeholder` when it has
@@ -54,9 +54,5 @@ class CoverageDialog : public platform::Dialog {
   EndButtons buttons_;
   std::string labelFile_;
 };
-
-/// Whether the extension (with its dot) is one of the two, case aside; an empty one, or a dot alone, is
-/// taken.
-bool HasExtension(std::string_view fileName, std::string_view first, std::string_view second = {});
 
 }  // namespace coverage

@@ -14,15 +14,13 @@ constexpr std::uint32_t kRange = 9044, kStartLabel = 9019, kStart = 204, kStartS
 
 }  // namespace
 
-CoverageRangeDialog::CoverageRangeDialog(qal::IQHost* host)
-    : RangeInputDialog(resource::kDialogCoverageRange, {kOk, kCancel}, {kEdit, kArrow}, {kStart, kEnd},
-                       host) {}
+CoverageRangeDialog::CoverageRangeDialog(qal::IQHost* host, RecentRanges recent)
+    : RangeInputDialog(resource::kDialogCoverageRange, {kOk, kCancel}, {kEdit, kArrow}, {kStart, kEnd}, host,
+                       recent) {}
 
-std::optional<AddressRange> CoverageRangeDialog::AskRange(platform::Window* owner, AddressRange current,
-                                                          const RecentRanges& recent) {
+std::optional<AddressRange> CoverageRangeDialog::AskRange(platform::Window* owner, AddressRange current) {
   fileMode_ = false;
   range_ = current;
-  recent_ = recent;
   return Run(owner) ? std::optional(range_) : std::nullopt;
 }
 
@@ -42,8 +40,7 @@ void CoverageRangeDialog::OnInitDialog() {
     FocusItem(kEdit);
     return;
   }
-  FillRange(recent_, AddressText(host(), range_.start).value_or(""),
-            AddressText(host(), range_.end).value_or(""));
+  FillRange(AddressText(host(), range_.start).value_or(""), AddressText(host(), range_.end).value_or(""));
   CheckRadio({kRange, kFile}, kRange);
   EnableItems({kFile, kEdit, kArrow, kBrowse}, false);
 }

@@ -15,10 +15,9 @@ class CoverageRangeDialog final : public RangeInputDialog {
     std::string expanded;  ///< full path
   };
 
-  explicit CoverageRangeDialog(qal::IQHost* host);
+  CoverageRangeDialog(qal::IQHost* host, RecentRanges recent);
 
-  std::optional<AddressRange> AskRange(platform::Window* owner, AddressRange current,
-                                       const RecentRanges& recent);
+  std::optional<AddressRange> AskRange(platform::Window* owner, AddressRange current);
   std::optional<SourceChoice> AskFile(platform::Window* owner, std::string typedSourceFile);
 
  protected:
@@ -32,7 +31,6 @@ class CoverageRangeDialog final : public RangeInputDialog {
 
   bool fileMode_ = false;
   AddressRange range_;
-  RecentRanges recent_;
   SourceChoice source_;
 };
 

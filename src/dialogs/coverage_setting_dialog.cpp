@@ -22,7 +22,7 @@ constexpr std::uint32_t kNew = 9060, kRange = 9039, kStartLabel = 9008, kStart =
 CoverageSettingDialog::CoverageSettingDialog(qal::IQHost* host, Request request, LastTexts& last,
                                              CoverageSettingHooks& hooks)
     : RangeInputDialog(resource::kDialogCoverageSetting, {kOk, kCancel}, {kEdit, kArrow}, {kStart, kEnd},
-                       host),
+                       host, request.recent),
       request_(std::move(request)),
       last_(last),
       hooks_(hooks) {}
@@ -45,7 +45,7 @@ void CoverageSettingDialog::OnInitDialog() {
   }
   const std::string zero =
       last_.start.empty() || last_.end.empty() ? AddressText(host(), 0).value_or("") : "";
-  FillRange(request_.recent, last_.start.empty() ? zero : last_.start, last_.end.empty() ? zero : last_.end);
+  FillRange(last_.start.empty() ? zero : last_.start, last_.end.empty() ? zero : last_.end);
   SetFileName(request_.lastSourceFile);
   CheckRadio({kNew, kRecent, kAnother}, kNew);
   CheckRadio({kRange, kFile}, kRange);

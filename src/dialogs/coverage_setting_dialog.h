@@ -33,8 +33,8 @@ class CoverageSettingDialog final : public RangeInputDialog {
   };
   struct Request {
     RecentRanges recent;
-    std::vector<std::string>
-        recentFiles;  ///< newest first; the first kMostRecentFiles, each once, are offered
+    /// Newest first; the first kMostRecentFiles, each once, are offered.
+    std::vector<std::string> recentFiles;
     std::string lastSourceFile;
   };
   enum class Result : std::uint8_t { kNewFromRange, kNewFromFile, kRecent, kAnother };

@@ -1,7 +1,10 @@
 #include "dialogs/file_name_dialog.h"
 
+#include <algorithm>
 #include <array>
+#include <initializer_list>
 
+#include "commands/command_paths.h"
 #include "dialogs/placeholder_button.h"
 #include "platform/file_dialog.h"
 #include "platform/files.h"
@@ -25,8 +28,13 @@ using platform::Route;
 namespace message = platform::message;
 
 /// Only the name of a coverage file is shown when the dialog opens.
-std::string ShownName(const std::string& name) {
-  return platform::EqualNoCase(platform::ExtensionPart(name), ".COV") ? name : std::string();
+std::string ShownName(const std::string& name) { return HasExtension(name, ".COV") ? name : std::string(); }
+
+/// Whether the extension is one of these; none, or a dot with nothing behind it, is taken too.
+bool TakesExtension(std::string_view name, std::initializer_list<std::string_view> extensions) {
+  return HasNoExtension(name) || HasExtension(name, ".") ||
+         std::any_of(extensions.begin(), extensions.end(),
+                     [&](std::string_view extension) { return HasExtension(name, extension); });
 }
 
 }  // namespace
@@ -67,8 +75,8 @@ std::string FileNameDialog::CheckedSourceName() {
     FocusItem(editId_);
     return {};
   }
-  if (platform::ExtensionPart(name).empty()) name += ".c";
-  if (!HasExtension(name, ".C", ".CPP")) {
+  if (HasNoExtension(name)) name += ".c";
+  if (!TakesExtension(name, {".C", ".CPP"})) {
     Complain(strings::kInvalidSourceFileName, editId_);
     return {};
   }
@@ -90,22 +98,18 @@ void SaveDataDialog::OnInitDialog() {
 }
 
 bool SaveDataDialog::DirectoryReady(const std::string& path) {
-  const std::string directory = platform::DirectoryPart(path);
-  if (platform::IsDirectory(directory) ||
-      platform::IsDirectory(platform::WithoutTrailingSeparator(directory))) {
-    return true;
-  }
+  if (DirectoryExists(path)) return true;
   const bool create =
       platform::ShowMessageBox(coverage::Text(strings::kCreateDirectory), platform::Icon::kExclamation,
                                platform::Buttons::kOkCancel) == platform::Answer::kOk;
-  return create && platform::CreateDirectory(directory);
+  return create && platform::CreateDirectory(platform::DirectoryPart(path));
 }
 
 void SaveDataDialog::OnOK() {
   std::string name = FileName();
   if (name.empty()) return SetFileName(currentName_);
-  if (platform::ExtensionPart(name).empty()) name += ".cov";
-  if (!HasExtension(name, ".COV", ".TXT")) return Complain(strings::kInvalidSaveFileName, kSaveEdit);
+  if (HasNoExtension(name)) name += ".cov";
+  if (!TakesExtension(name, {".COV", ".TXT"})) return Complain(strings::kInvalidSaveFileName, kSaveEdit);
   Answer answer;
   answer.path = platform::FullPath(Expand(name, &answer.resolved));
   if (!DirectoryReady(answer.path)) return FocusItem(kSaveEdit);
@@ -138,7 +142,7 @@ void LoadDataDialog::OnInitDialog() {
 void LoadDataDialog::OnOK() {
   const std::string name = FileName();
   if (name.empty()) return SetFileName(currentName_);
-  if (!HasExtension(name, ".COV")) return Complain(strings::kInvalidLoadFileName, kLoadEdit);
+  if (!TakesExtension(name, {".COV"})) return Complain(strings::kInvalidLoadFileName, kLoadEdit);
   name_ = name;
   FileNameDialog::OnOK();
 }

@@ -22,7 +22,7 @@ class FileNameDialog : public CoverageDialog {
   void OnInitDialog() override;
   std::unique_ptr<platform::Control> MakeControl(const platform::ControlTemplate& resource) override;
 
-  std::string FileName() const { return NameIn(editId_); }
+  std::string FileName() const { return TypedIn(editId_); }
   void SetFileName(std::string_view name) { SetItemText(editId_, name); }
   /// Lets the person choose a file; the chosen path replaces the field's text.
   void BrowseForSource();

@@ -6,10 +6,9 @@
 
 namespace coverage {
 
-void RangeInputDialog::FillRange(const RecentRanges& recent, const std::string& startText,
-                                 const std::string& endText) {
-  if (auto* combo = Item<platform::ComboBox>(combos_.start)) combo->SetItems(recent.starts);
-  if (auto* combo = Item<platform::ComboBox>(combos_.end)) combo->SetItems(recent.ends);
+void RangeInputDialog::FillRange(const std::string& startText, const std::string& endText) {
+  if (auto* combo = Item<platform::ComboBox>(combos_.start)) combo->SetItems(recent_.starts.texts());
+  if (auto* combo = Item<platform::ComboBox>(combos_.end)) combo->SetItems(recent_.ends.texts());
   SetItemText(combos_.start, startText);
   SetItemText(combos_.end, endText);
 }
@@ -33,6 +32,8 @@ std::optional<AddressRange> RangeInputDialog::CheckedRange() {
   };
   if (outside(*start)) return refuse(strings::kAddressOutOfRange, combos_.start);
   if (outside(*end)) return refuse(strings::kAddressOutOfRange, combos_.end);
+  recent_.starts.Note(StartText());
+  recent_.ends.Note(EndText());
   return AddressRange{*start, *end};
 }
 

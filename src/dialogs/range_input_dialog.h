@@ -3,9 +3,9 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "dialogs/file_name_dialog.h"
+#include "util/recent_list.h"
 
 namespace coverage {
 
@@ -15,10 +15,10 @@ struct AddressRange {
   friend bool operator==(const AddressRange&, const AddressRange&) = default;
 };
 
-/// What a dialog with a range knows from before: texts entered or opened lately, newest first.
+/// Texts of addresses entered or opened lately; what is accepted is put in front.
 struct RecentRanges {
-  std::vector<std::string> starts;
-  std::vector<std::string> ends;
+  RecentList& starts;
+  RecentList& ends;
 };
 
 /// Base of the two dialogs in which a range is typed.
@@ -29,18 +29,19 @@ class RangeInputDialog : public FileNameDialog {
     std::uint32_t end;
   };
   RangeInputDialog(std::uint32_t templateId, EndButtons buttons, FileControls file, RangeControls combos,
-                   qal::IQHost* host)
-      : FileNameDialog(templateId, buttons, file, host), combos_(combos) {}
+                   qal::IQHost* host, RecentRanges recent)
+      : FileNameDialog(templateId, buttons, file, host), combos_(combos), recent_(recent) {}
 
-  void FillRange(const RecentRanges& recent, const std::string& startText, const std::string& endText);
-  /// The range typed, when it passes every check; else the person has been told why and the focus is on the
-  /// field.
+  void FillRange(const std::string& startText, const std::string& endText);
+  /// The range typed, when it passes every check; its texts are then recent ones. Else the person has been
+  /// told why and the focus is on the field.
   std::optional<AddressRange> CheckedRange();
-  std::string StartText() const { return NameIn(combos_.start); }
-  std::string EndText() const { return NameIn(combos_.end); }
+  std::string StartText() const { return TypedIn(combos_.start); }
+  std::string EndText() const { return TypedIn(combos_.end); }
 
  private:
   RangeControls combos_;
+  RecentRanges recent_;
 };
 
 }  // namespace coverage

@@ -19,15 +19,13 @@ constexpr std::uint32_t kConfirmSave = 9059, kConfirmOk = 9017, kConfirmCancel =
 constexpr std::uint32_t kPromptText = 9011, kPromptYes = 9031, kPromptNo = 9032, kPromptNoToAll = 9065,
                         kPromptYesToAll = 9013;
 
-constexpr std::size_t kHistoryLength = 10;
-
 using platform::Route;
 namespace message = platform::message;
 
 }  // namespace
 
 GoToAddressDialog::GoToAddressDialog(qal::IQHost* host, std::uint32_t start, std::uint32_t end,
-                                     std::string addressText, std::vector<std::string>& history)
+                                     std::string addressText, RecentList& history)
     : CoverageDialog(resource::kDialogGoToAddress, {kGoToOk, kGoToCancel}, host),
       start_(start),
       end_(end),
@@ -40,7 +38,7 @@ std::optional<std::uint32_t> GoToAddressDialog::Ask(platform::Window* owner) {
 
 void GoToAddressDialog::OnInitDialog() {
   auto* combo = Item<platform::ComboBox>(kGoToAddress);
-  if (combo) combo->SetItems(history_);
+  if (combo) combo->SetItems(history_.texts());
   if (auto* service = FindService<qal::IQExpression>(host(), qal::iid::kExpression)) {
     std::uint64_t value = 0;
     if (qal::Succeeded(service->EvaluateInRadix(platform::Wide(addressText_).get(), 16, &value))) {
@@ -57,10 +55,7 @@ void GoToAddressDialog::OnOK() {
   if (!address) return;
   if (*address < start_ || *address > end_) return Complain(strings::kAddressNotInCoverage, kGoToAddress);
   address_ = address;
-  const std::string typed = platform::Trim(ItemText(kGoToAddress));
-  std::erase(history_, typed);
-  history_.insert(history_.begin(), typed);
-  if (history_.size() > kHistoryLength) history_.resize(kHistoryLength);
+  history_.Note(TypedIn(kGoToAddress));
   CoverageDialog::OnOK();
 }
 

@@ -3,18 +3,18 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "dialogs/coverage_dialog.h"
+#include "util/recent_list.h"
 
 namespace coverage {
 
 /// "Go To Address": an address inside a data pane's range.
 class GoToAddressDialog final : public CoverageDialog {
  public:
-  /// `history` is the texts typed before, newest first; the accepted one is put in front.
+  /// `history` is the texts typed before; the accepted one is put in front.
   GoToAddressDialog(qal::IQHost* host, std::uint32_t start, std::uint32_t end, std::string addressText,
-                    std::vector<std::string>& history);
+                    RecentList& history);
 
   /// The address chosen; none on Cancel, and without the debugger's expressions.
   std::optional<std::uint32_t> Ask(platform::Window* owner);
@@ -30,7 +30,7 @@ class GoToAddressDialog final : public CoverageDialog {
   std::uint32_t start_;
   std::uint32_t end_;
   std::string addressText_;
-  std::vector<std::string>& history_;
+  RecentList& history_;
   std::optional<std::uint32_t> address_;
 };
 

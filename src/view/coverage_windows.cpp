@@ -129,8 +129,8 @@ std::optional<std::uint32_t> CoverageWindows::AskAddress(DataPane& pane, const s
 
 std::optional<std::pair<std::uint32_t, std::uint32_t>> CoverageWindows::AskRange(DataPane& pane) {
   const AddressRange current{pane.Instance().start, pane.Instance().end};
-  const RecentRanges recent{memory.starts.texts(), memory.ends.texts()};
-  const auto range = CoverageRangeDialog(host).AskRange(&owner.SinkWindow(), current, recent);
+  const auto range =
+      CoverageRangeDialog(host, {memory.starts, memory.ends}).AskRange(&owner.SinkWindow(), current);
   if (!range) return std::nullopt;
   return std::pair{range->start, range->end};
 }

@@ -22,9 +22,9 @@
 #include "panes/pane_host.h"
 #include "panes/statistics_pane.h"
 #include "persist/cov_file.h"
+#include "util/recent_list.h"
 #include "view/line_marks.h"
 #include "view/message_options.h"
-#include "view/recent_list.h"
 
 namespace coverage {
 
@@ -166,7 +166,7 @@ class CoverageWindows final : public PaneHost,
     std::string lastSourceFile;                    ///< of the last file window
     std::vector<std::string> recentCoverageFiles;  ///< saved in this session, oldest first
     std::vector<std::string> sessionCoverageFiles;
-    std::vector<std::string> addresses;  ///< typed into Go To Address
+    RecentList addresses;  ///< typed into Go To Address
   };
   Remembered& Memory() { return memory; }
   const std::string& LoadPath() const { return loadPath; }

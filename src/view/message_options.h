@@ -32,6 +32,8 @@ class MessageOptions {
   /// Withdraws every option that was registered.
   void Withdraw();
 
+  /// Whether there is anybody to ask through.
+  bool CanAsk(MessageOption option) const { return Find(option) != nullptr; }
   /// Whether the option is set to ask; false when it cannot be read.
   bool Asks(MessageOption option) const;
   /// Asks the text as a yes/no question under the option; false for no and when it cannot be asked.

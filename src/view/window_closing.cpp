@@ -131,8 +131,8 @@ void CoverageWindows::ChangeSourceFile() {
   marks.DropLineMarks();
 
   const qal::WindowHandle frame = window->Frame();
-  const auto source =
-      CoverageRangeDialog(host).AskFile(&owner.SinkWindow(), window->Record().typedSourceFile);
+  const auto source = CoverageRangeDialog(host, {memory.starts, memory.ends})
+                          .AskFile(&owner.SinkWindow(), window->Record().typedSourceFile);
   if (!source) return;
   macro.RecordFileWindow(source->typed, source->expanded);
   memory.sourcePath = platform::DirectoryPart(source->expanded);

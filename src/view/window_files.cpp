@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "commands/command_paths.h"
 #include "dialogs/file_name_dialog.h"
 #include "persist/cov_output.h"
 #include "persist/section_writer.h"
@@ -57,7 +58,7 @@ bool CoverageWindows::WriteWindows(const std::string& path, const std::vector<St
 }
 
 void CoverageWindows::NoteSaved(const std::string& path) {
-  if (!platform::EqualNoCase(platform::ExtensionPart(path), ".COV")) return;
+  if (!HasExtension(path, ".COV")) return;
   auto& files = memory.recentCoverageFiles;
   if (std::find(files.begin(), files.end(), path) == files.end()) files.push_back(path);
 }
@@ -100,7 +101,7 @@ bool CoverageWindows::AlreadySaved(const DataPane& pane) const {
 void CoverageWindows::SavePane(DataPane& pane) {
   StatisticsPane* const window = pane.Statistics();
   if (window == nullptr) return;
-  if (AlreadySaved(pane) &&
+  if (AlreadySaved(pane) && options.CanAsk(MessageOption::kSaveAgain) &&
       !options.Ask(MessageOption::kSaveAgain, MessageOptions::Question(MessageOption::kSaveAgain))) {
     return;
   }

@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "commands/command_paths.h"
 #include "dialogs/coverage_setting_dialog.h"
 #include "formatview/command_sink.h"
 #include "platform/file_dialog.h"
@@ -247,11 +248,8 @@ std::vector<std::string> CoverageWindows::RecentFiles() const {
 
 void CoverageWindows::OpenCoverage() {
   using Result = CoverageSettingDialog::Result;
-  CoverageSettingDialog::Request request;
-  request.recent = {memory.starts.texts(), memory.ends.texts()};
-  request.recentFiles = RecentFiles();
-  request.lastSourceFile = memory.lastSourceFile;
-  CoverageSettingDialog dialog(host, std::move(request), memory.lastTexts, *this);
+  CoverageSettingDialog dialog(host, {{memory.starts, memory.ends}, RecentFiles(), memory.lastSourceFile},
+                               memory.lastTexts, *this);
   const auto answer = dialog.Ask(&owner.SinkWindow());
   if (!answer) return;
   if (answer->result == Result::kNewFromRange) {
@@ -277,7 +275,7 @@ void CoverageWindows::OpenAnotherFile() {
     request.directory = PlaceholderResolver(host).ExpandPlaceholders("$(CONFIGDIR)");
   const auto path = platform::AskForFile(request);
   if (!path) return;
-  if (!platform::EqualNoCase(platform::ExtensionPart(*path), ".COV")) {
+  if (!HasExtension(*path, ".COV")) {
     platform::ShowMessageBox(Text(strings::kInvalidLoadFileName), platform::Icon::kInformation);
     return;
   }

@@ -4,6 +4,7 @@
 #include <sstream>
 #include <string>
 
+#include "dialogs/range_input_dialog.h"
 #include "doubles/host.h"
 #include "doubles/project_services.h"
 #include "doubles/scratch_disk.h"
@@ -42,6 +43,9 @@ class DialogWorld {
     return shown;
   }
 
+  RecentRanges recent() { return {starts, ends}; }
+  RecentList starts;
+  RecentList ends;
   doubles::HostDouble host;
   doubles::TargetDouble target;
   doubles::StubWorkspace workspace;

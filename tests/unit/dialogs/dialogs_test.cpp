@@ -38,12 +38,14 @@ TEST(CoverageRange, ChecksARangeInItsOrderAndStaysOpen) {
     const std::string said = world.Act(
         std::string("type 204 ") + row.start + ";type 205 " + row.end + ";click 9021;answer ok;click 9022",
         [&] {
-          CoverageRangeDialog dialog(&world.host);
-          result = Range(dialog.AskRange(nullptr, {0x1000, 0x10ff}, {}));
+          CoverageRangeDialog dialog(&world.host, world.recent());
+          result = Range(dialog.AskRange(nullptr, {0x1000, 0x10ff}));
         });
     EXPECT_EQ(said, row.said) << row.start << ' ' << row.end;
     EXPECT_EQ(result, row.result) << row.start << ' ' << row.end;
   }
+  EXPECT_EQ(world.starts.texts(), (std::vector<std::string>{"main", "1000"}));
+  EXPECT_EQ(world.ends.texts(), (std::vector<std::string>{"1fff", "200fff"}));
 }
 
 TEST(CoverageRange, TakesSourceFilesOnly) {
@@ -60,7 +62,7 @@ TEST(CoverageRange, TakesSourceFilesOnly) {
     std::string result = "cancelled";
     const std::string said =
         world.Act(std::string("type 9046 ") + row.typed + ";click 9021;answer ok;click 9022", [&] {
-          CoverageRangeDialog dialog(&world.host);
+          CoverageRangeDialog dialog(&world.host, world.recent());
           if (const auto choice = dialog.AskFile(nullptr, "old.c"))
             result = choice->typed + " > " + choice->expanded;
         });
@@ -100,7 +102,8 @@ TEST(CoverageSetting, OpensWhatThePersonChose) {
     int result = -1;
     world.Act(row.lines, [&] {
       CoverageSettingDialog dialog(
-          &world.host, {{}, {"a.COV", "b.COV", "a.COV", "c.COV", "d.COV", "e.COV"}, {}}, last, hooks);
+          &world.host, {world.recent(), {"a.COV", "b.COV", "a.COV", "c.COV", "d.COV", "e.COV"}, {}}, last,
+          hooks);
       if (const auto answer = dialog.Ask(nullptr)) result = static_cast<int>(answer->result);
     });
     EXPECT_EQ(hooks.log, row.log) << row.lines;
@@ -115,7 +118,7 @@ TEST(CoverageSetting, OffersFilesOnlyForADownloadedProgram) {
   Hooks hooks;
   CoverageSettingDialog::LastTexts last;
   const std::string said = world.Act("click 9040;answer ok;click 9043;click 9030", [&] {
-    CoverageSettingDialog(&world.host, {}, last, hooks).Ask(nullptr);
+    CoverageSettingDialog(&world.host, {world.recent(), {}, {}}, last, hooks).Ask(nullptr);
   });
   EXPECT_EQ(said.substr(0, said.find('\n')), "[information] Program is not downloaded! (ok)");
   EXPECT_NE(said.find("error"), std::string::npos) << "browsing must stay disabled";
@@ -131,7 +134,7 @@ TEST(GoToAddress, StaysInsideThePane) {
       {"type 8999 fff;click 9024;answer ok;type 8999 1000;click 9024", "1000"},
       {"type 8999 ?;click 9024;answer ok;click 9025", "none"},
   };
-  std::vector<std::string> history;
+  RecentList history;
   for (const auto& row : rows) {
     std::string result = "none";
     world.Act(row.lines, [&] {
@@ -140,7 +143,7 @@ TEST(GoToAddress, StaysInsideThePane) {
     });
     EXPECT_EQ(result, row.result) << row.lines;
   }
-  EXPECT_EQ(history, (std::vector<std::string>{"1000", "1fff"}));
+  EXPECT_EQ(history.texts(), (std::vector<std::string>{"1000", "1fff"}));
 }
 
 TEST(SmallDialogs, GiveTheAnswerThatWasClicked) {

@@ -2,10 +2,10 @@
 
 #include "platform/text.h"
 #include "unit/view/view_world.h"
+#include "util/recent_list.h"
 #include "view/active_session.h"
 #include "view/display_settings.h"
 #include "view/message_options.h"
-#include "view/recent_list.h"
 
 namespace coverage {
 namespace {
