@@ -63,11 +63,11 @@ std::uint32_t RowBuilder::StartAddress(std::uint32_t fromAddress, int& firstRow,
   }
   if (const auto address = AddressOfRow(firstRow)) return *address;
   const std::uint64_t size = instance_.averageInstructionSize;
-  const std::uint64_t span = instance_.end - instance_.start;
+  const std::uint64_t bytes = std::uint64_t{instance_.end - instance_.start} + 1;
   // The list may have more rows than the range has instructions; its last page shows the range's end all the
   // same.
-  const std::uint64_t page = std::min(span, size * static_cast<std::uint64_t>(rowsPerPage_));
-  const std::uint64_t before = std::min(size * static_cast<std::uint64_t>(firstRow), span - page);
+  const std::uint64_t page = std::min(bytes, size * static_cast<std::uint64_t>(std::max(rowsPerPage_, 1)));
+  const std::uint64_t before = std::min(size * static_cast<std::uint64_t>(firstRow), bytes - page);
   return instance_.start + static_cast<std::uint32_t>(before);
 }
 

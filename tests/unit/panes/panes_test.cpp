@@ -1,0 +1,262 @@
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "panes/data_pane.h"
+#include "panes/pane_commands.h"
+#include "panes/statistics_pane.h"
+#include "platform/queue.h"
+#include "platform/script_presenter.h"
+#include "unit/view/view_world.h"
+#include "view/coverage_ctrl.h"
+
+namespace coverage {
+namespace {
+
+using DataPane = CJepCoverageInstanceCtrlCovData;
+using StatisticsPane = CJepCoverageInstanceCtrlStatData;
+
+/// Rows of a list over instructions of 2 and 4 bytes from 0x1000 to 0x10ff, with nothing at 0x100a, four rows
+/// a page.
+class Rows : public testing::Test {
+ protected:
+  Rows() {
+    target.Instructions(0x1000, {2, 4, 2, 2});
+    target.Fill(0x100C, 0x10FF);
+    target.Line(0x1006, "main.c", 7, "\tx\t" + std::string(300, 'y'));
+    target.addressText.names[0x1000] = "main";
+    target.expression.names["main"] = 0x1000;
+    target.OfferTo(host);
+    parent.Create(0, 0, "", platform::window_style::kVisible, {0, 0, 600, 600});
+    list.CreateList(0x5000040D, {0, 0, 600, 100}, parent, 200, 0);
+    for (int column = 0; column < 5; ++column) {
+      list.InsertColumn(column, "x", platform::ColumnFormat::kLeft, 50);
+    }
+    list.Resize(4);
+    instance.counts->table().Layout(0x1000, 0x10FF);
+  }
+  std::uint32_t Build(bool rewrite, std::uint32_t from, int first, int count) {
+    return RowBuilder(&host, instance, cache, list, 4).Build(rewrite, from, first, count);
+  }
+  /// The rows that are visible.
+  std::string Page(int column) const {
+    std::string page;
+    for (int row = list.TopRow(); row < list.TopRow() + 4; ++row) page += list.ItemText(row, column) + '|';
+    return page;
+  }
+
+  doubles::HostDouble host;
+  doubles::TargetDouble target;
+  platform::Window parent;
+  CUiReportListCtrl list;
+  DisassemblyCache cache;
+  CoverageInstance instance{&host, 0x1000, 0x10FF, {}, 1};
+};
+
+TEST_F(Rows, AreBuiltAPageAndOneRowAtATime) {
+  const struct {
+    const char* what;
+    int top;  ///< -1: the last page
+    std::uint32_t from;
+    std::uint32_t next;
+    const char* page;
+  } rows[] = {
+      {"the start, over the hole", 0, 0, 0x100E, "main|0x00001002|0x00001006|0x00001008|"},
+      {"from an address", 8, 0x1020, 0x102A, "0x00001020|0x00001022|0x00001024|0x00001026|"},
+      {"a row that is known", 8, 0, 0x102A, "0x00001020|0x00001022|0x00001024|0x00001026|"},
+      {"a page below one that is known", 12, 0, 0x1032, "0x00001028|0x0000102a|0x0000102c|0x0000102e|"},
+      {"an estimate", 40, 0, 0x105A, "0x00001050|0x00001052|0x00001054|0x00001056|"},
+      {"the end", -1, 0, 0x1100, "0x000010f8|0x000010fa|0x000010fc|0x000010fe|"},
+  };
+  for (const auto& row : rows) {
+    list.Scroll(row.top < 0 ? list.RowCount() : row.top - list.TopRow());
+    EXPECT_EQ(Build(true, row.from, -1, -1), row.next) << row.what;
+    EXPECT_EQ(Page(kAddressColumn), row.page) << row.what;
+  }
+  instance.shown = 0;
+  EXPECT_EQ(Build(true, 0, 0, -1), 0u);
+}
+
+TEST_F(Rows, OnALongListTheEndStillFillsItsLastPage) {
+  Build(true, 0, 0, -1);
+  list.SetRowCount(1000);
+  list.Scroll(1000);
+  Build(true, 0, -1, -1);
+  EXPECT_EQ(Page(kAddressColumn), "0x000010f8|0x000010fa|0x000010fc|0x000010fe|");
+  EXPECT_EQ(list.RowCount(), list.TopRow() + 4);
+}
+
+TEST_F(Rows, BelowAShortRangeAreBlank) {
+  Build(true, 0, 0, -1);
+  instance.end = 0x1005;
+  Build(true, 0, 0, -1);
+  EXPECT_EQ(Page(kTimesColumn) + Page(kAddressColumn), " 0| 0|||main|0x00001002|||");
+  EXPECT_EQ(list.RowCount(), 4);
+}
+
+TEST_F(Rows, KeepTheirCodeWhereOnlyCountersAreWritten) {
+  Build(true, 0, 0, -1);
+  EXPECT_EQ(list.ItemText(2, kSourceColumn),
+            "    x   " + std::string(244, 'y') + "..." + std::string(53, 'y'));
+  EXPECT_EQ(list.ItemText(3, kSourceColumn), " ");
+  target.addressText.names.clear();
+  instance.counts->AddOne(0x1006, 12, 3);
+  list.SetItemText(2, kAddressColumn, {});
+  Build(false, 0, 0, -1);
+  EXPECT_EQ(Page(kAddressColumn), "main|0x00001002|0x00001006|0x00001008|");
+  EXPECT_EQ(Page(kTimesColumn) + Page(kPassColumn), " 0| 0| 12| 0|-|-|T/F|-|");
+}
+
+TEST_F(Rows, OfNothingButHolesAreNone) {
+  target.information.alignment = 8;
+  for (std::uint32_t at = 0x1000; at < 0x1100; at += 2) target.Forget(at);
+  EXPECT_EQ(Build(true, 0x1034, 3, -1), 0x1100u);
+  EXPECT_EQ(Page(kAddressColumn), "||||");
+}
+
+TEST_F(Rows, ColumnWidthsComeBackHiddenOnesToo) {
+  doubles::StubSettings store;
+  for (const auto& [column, width] : {std::pair{0, 80}, {1, 60}, {2, 120}, {3, 40}, {4, 50}}) {
+    list.SetColumnWidth(column, width);
+  }
+  const auto toggle = [this](std::uint32_t column) { list.Send(platform::message::kCommand, column); };
+  toggle(1);
+  list.SaveColumnWidths(&store, "Pane");
+  store.ints["Pane/ColWidth3"] = -1;
+  store.ints.erase("Pane/ColWidth4");
+  toggle(1);
+  toggle(0);
+  list.LoadColumnWidths(&store, "Pane");
+  const auto widths = [this] {
+    std::string text;
+    for (int column = 0; column < 5; ++column) text += std::to_string(list.ColumnWidth(column)) + ' ';
+    return text;
+  };
+  EXPECT_EQ(store.ints["Pane/ColWidth1"], -60);
+  EXPECT_EQ(widths(), "80 0 120 30 50 ");
+  toggle(1);
+  EXPECT_EQ(widths(), "80 60 120 30 50 ");
+}
+
+/// Windows over a program, as a person works in them.
+class Panes : public testing::Test {
+ protected:
+  Panes() {
+    view = std::make_unique<CJepCoverageCtrl>(&world.host, &customizer);
+    view->CreateSinkWindow();
+    world.target.Function(ViewWorld::kSource, "after", 0x1020, 0x102F);
+  }
+  CoverageWindows& Open() { return view->Windows(); }
+  static std::string Names(const StatisticsPane& window) {
+    std::string names;
+    for (const auto& [number, instance] : window.Record().instances) {
+      names += (instance->shown ? "*" : "") + instance->functionName + (instance->enableStatus ? " " : "- ");
+    }
+    return names;
+  }
+  void Answer(const std::string& first, const std::string& second, const std::function<void()>& action) {
+    std::deque<std::string> lines{first, second};
+    platform::ScriptPresenter person(
+        [&]() -> std::optional<std::string> {
+          if (lines.empty()) return std::nullopt;
+          std::string line = lines.front();
+          lines.pop_front();
+          return line;
+        },
+        [](std::string_view) {});
+    const platform::PresenterScope scope(person);
+    action();
+    EXPECT_TRUE(lines.empty());
+  }
+
+  ViewWorld world;
+  CUiCustomizer customizer{&world.host};
+  std::unique_ptr<CJepCoverageCtrl> view;
+};
+
+TEST_F(Panes, GoToAddressSelectsTheRowOfTheAddress) {
+  const struct {
+    std::uint32_t end;
+    const char *address, *top, *selected;
+    bool locked;
+  } rows[] = {
+      {0x100F, "1008", "main", "0x00001008", false},  // all of it on one page
+      {0x1FFF, "1800", "0x00001800", "0x00001800", false},
+      {0x1FFF, "1000", "main", "main", false},
+      {0x1FFF, "1800", "", "", true},  // rows that were not looked at
+  };
+  for (const auto& row : rows) {
+    StatisticsPane& window = *Open().NewRangeWindow(0x1000, row.end);
+    DataPane& pane = *window.Pane(1);
+    platform::PumpPosted();
+    pane.RebuildRows(true, 0, 0, -1);
+    if (row.locked) platform::RunCommand(pane, pane_command::kLockRefresh);
+    Answer(std::string("type 8999 ") + row.address, "click 9024",
+           [&] { platform::RunCommand(pane, pane_command::kGoToAddress); });
+    const CCoverageListCtrl& list = pane.List();
+    EXPECT_EQ(list.ItemText(list.TopRow(), kAddressColumn), row.top) << row.address;
+    EXPECT_EQ(list.ItemText(list.SelectedRow(), kAddressColumn), row.selected) << row.address;
+    EXPECT_GE(list.SelectedRow(), 0);
+    Open().CloseAll();
+  }
+}
+
+TEST_F(Panes, SortingAlternatesForAllWindowsTogether) {
+  world.log.FailCall(2, "path.AddRange");  // "step" has no range
+  StatisticsPane& first = *Open().NewFileWindow(ViewWorld::kSource, "main.c");
+  StatisticsPane& second = *Open().NewFileWindow(ViewWorld::kSource, "main.c");
+  first.Record().instances[3]->percentage = 40;
+  first.List().ClickHeader(0);
+  EXPECT_EQ(Names(first), "after *main step- ");
+  second.List().ClickHeader(0);
+  EXPECT_EQ(Names(second), "step *main after ");
+  first.List().ClickHeader(0);
+  EXPECT_EQ(Names(first), "after *main step- ");
+  first.List().ClickHeader(1);
+  EXPECT_EQ(first.List().ItemText(0, 1) + first.List().ItemText(2, 1), " 0% 40%");
+  first.List().ClickHeader(1);
+  EXPECT_EQ(first.List().ItemText(0, 1) + first.List().ItemText(2, 1), " 40% 0%");
+  EXPECT_EQ(first.Record().instances[1]->functionName, "after") << "numbers follow the order";
+
+  const int refused = first.Record().instances[2]->functionName == "step" ? 1 : 2;
+  first.List().Click(refused);
+  EXPECT_EQ(first.List().SelectedRow(), -1) << "a function without a range cannot be picked";
+  first.List().Click(0);
+  EXPECT_EQ(Names(first).substr(0, 7), "*after ");
+}
+
+TEST_F(Panes, EnableAllTurnsIntoDisableAll) {
+  StatisticsPane& window = *Open().NewFileWindow(ViewWorld::kSource, "main.c");
+  const auto checked = [&] { return platform::QueryCommand(window, pane_command::kEnableAll).Checked(); };
+  EXPECT_TRUE(checked());
+  platform::RunCommand(window, pane_command::kEnableAll);
+  EXPECT_EQ(Names(window), "*main- step- after- ");
+  EXPECT_FALSE(checked());
+  EXPECT_FALSE(platform::QueryCommand(window, pane_command::kEnable).Enabled()) << "nothing is selected";
+  window.List().Click(1);
+  platform::RunCommand(window, pane_command::kEnable);
+  EXPECT_EQ(Names(window), "main- *step after- ");
+  platform::RunCommand(window, pane_command::kEnableAllButton);
+  EXPECT_EQ(Names(window), "main *step after ");
+}
+
+TEST_F(Panes, DeleteRangeClosesUp) {
+  StatisticsPane& window = *Open().NewRangeWindow(0x1000, 0x100F);
+  const auto enabled = [&] { return platform::QueryCommand(window, pane_command::kDeleteRange).Enabled(); };
+  window.List().Click(0);
+  EXPECT_FALSE(enabled()) << "the only range";
+  Open().AddRange(window, 0x1010, 0x101F);
+  Open().AddRange(window, 0x1020, 0x102F);
+  world.options.state[2] = true;
+  window.List().Click(0);
+  Answer("check 9059 off", "click 9018", [&] { platform::RunCommand(window, pane_command::kDeleteRange); });
+  EXPECT_EQ(window.Panes().size(), 3u) << "Cancel keeps it";
+  Answer("check 9059 off", "click 9017", [&] { platform::RunCommand(window, pane_command::kDeleteRange); });
+  ASSERT_EQ(window.Panes().size(), 2u);
+  EXPECT_EQ(window.Record().instances[1]->start, 0x1010u);
+  EXPECT_EQ(window.ViewPane()->List().ItemText(0, kAddressColumn), "step") << "the next one is shown";
+  EXPECT_EQ(window.List().SelectedRow(), -1);
+}
+
+}  // namespace
+}  // namespace coverage
