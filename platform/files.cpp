@@ -128,10 +128,13 @@ bool ReplaceFile(const std::string& path, std::string_view content, std::string*
     if (error) *error = ErrorText(reason);
     return false;
   };
+  struct stat old {};
+  const bool replaces = stat(target.c_str(), &old) == 0;
+  // A device or a pipe would be taken away, not written to.
+  if (replaces && !S_ISREG(old.st_mode)) return fail(S_ISDIR(old.st_mode) ? EISDIR : EINVAL);
   const int file = mkostemp(temporary.data(), O_CLOEXEC);
   if (file < 0) return fail(errno);
-  struct stat old {};
-  const mode_t mode = stat(target.c_str(), &old) == 0 ? old.st_mode & 0777 : 0644;
+  const mode_t mode = replaces ? old.st_mode & 0777 : 0644;
   int reason = WriteAll(file, content.data(), content.size());
   if (!reason && (fchmod(file, mode) != 0 || fsync(file) != 0)) reason = errno;
   if (close(file) != 0 && !reason) reason = errno;

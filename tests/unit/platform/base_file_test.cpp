@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include "doubles/scratch_disk.h"
 
@@ -158,6 +159,8 @@ TEST_F(Files, ReplacingIsAllOrNothing) {
   EXPECT_TRUE(ReplaceFile("C:\\STATE.json", "{}"));
   EXPECT_EQ(disk.Bytes("state.json"), "{}");
   EXPECT_FALSE(ReplaceFile("C:\\no\\state.json", "{}", &error));
+  ASSERT_EQ(mkfifo(ToNative("C:\\pipe").c_str(), 0600), 0);
+  EXPECT_FALSE(ReplaceFile("C:\\pipe", "{}", &error)) << "only files are replaced";
 }
 
 TEST_F(Files, WholeFilesHaveALimit) {
