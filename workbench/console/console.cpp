@@ -58,8 +58,8 @@ std::vector<VerbGroup> AllVerbs() {
   return {{"Program", ProgramVerbs()},         {"Debugger", DebuggerVerbs()},
           {"Commands", CommandVerbs()},        {"Windows", WindowVerbs()},
           {"Menus and toolbars", MenuVerbs()}, {"While a dialog or box is open", DialogVerbs()},
-          {"Editors", EditorVerbs()},          {"Settings, macros, sessions, tests", SettingVerbs()},
-          {"General", GeneralVerbs()}};
+          {"Editors", EditorVerbs()},          {"Settings, macros, sessions", SettingVerbs()},
+          {"Coverage tests", TestVerbs()},     {"General", GeneralVerbs()}};
 }
 
 const Verb* FindVerb(std::string_view name) {
@@ -113,19 +113,27 @@ std::optional<std::string> Console::ReadLine(const std::string& prompt) {
 }
 
 std::optional<std::string> Console::ReadAnswer() {
-  if (presenter_.Errors() > presenterErrors_) {
-    presenterErrors_ = presenter_.Errors();
-    ++failures_;
-    if (!Interactive() && !options_.keepGoing) failed_ = quit_ = true;
-  }
+  CountRefusals();
   if (quit_) return std::nullopt;
   return ReadLine("answer> ");
 }
 
 void Console::Fail(const std::string& reason) {
   Print("error: " + reason);
+  CountFailure();
+}
+
+void Console::CountFailure() {
   ++failures_;
-  if (!Interactive() && !options_.keepGoing) failed_ = quit_ = true;
+  if (Interactive()) return;
+  failed_ = true;
+  if (!options_.keepGoing) quit_ = true;
+}
+
+void Console::CountRefusals() {
+  if (presenter_.Errors() == presenterErrors_) return;
+  presenterErrors_ = presenter_.Errors();
+  CountFailure();
 }
 
 int Console::Run() {
@@ -147,11 +155,7 @@ int Console::Run() {
 
 void Console::Settle() {
   platform::PumpPosted();
-  if (presenter_.Errors() > presenterErrors_) {
-    presenterErrors_ = presenter_.Errors();
-    ++failures_;
-    if (!Interactive() && !options_.keepGoing) failed_ = quit_ = true;
-  }
+  CountRefusals();
 }
 
 bool Console::Execute(const std::string& line) {
@@ -240,14 +244,6 @@ std::uint32_t Console::AddressOf(const std::string& expression) {
   const auto address = ToAddress(*result.value);
   if (!address) throw VerbError(expression + " is no 32-bit address");
   return *address;
-}
-
-void Console::KeepImage(const std::string& name, std::string image) { images_[name] = std::move(image); }
-
-const std::string& Console::ImageText(const std::string& name) const {
-  const auto found = images_.find(name);
-  if (found == images_.end()) throw VerbError("there is no image " + name + "; test image NAME keeps one");
-  return found->second;
 }
 
 }  // namespace workbench

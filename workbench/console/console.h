@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <map>
 #include <optional>
 #include <ostream>
 #include <string>
@@ -19,7 +18,7 @@ namespace workbench {
 class Console final : public IdeUser {
  public:
   struct Options {
-    bool keepGoing = false;  ///< a script goes on after a verb that failed
+    bool keepGoing = false;  ///< a script goes on after a line that failed
   };
   static constexpr std::size_t kEveryLine = static_cast<std::size_t>(-1);
 
@@ -32,7 +31,8 @@ class Console final : public IdeUser {
   void Attach(Ide& ide) { ide_ = &ide; }
   Ide& ide() { return *ide_; }
 
-  /// Carries out lines until their end or `quit`. 0, or 1 when a verb failed and ended the run.
+  /// Carries out lines until their end or `quit`. 0, or 1 when a script's line failed, whether it ended the
+  /// run or not.
   int Run();
   /// Carries out one line. False when it failed; the reason has been printed.
   bool Execute(const std::string& line);
@@ -50,10 +50,6 @@ class Console final : public IdeUser {
 
   /// Value of an address expression; numbers are hexadecimal. VerbError when it has none.
   std::uint32_t AddressOf(const std::string& expression);
-  /// Coverage images by name, for as long as the console lives.
-  void KeepImage(const std::string& name, std::string image);
-  /// The image kept under a name. VerbError when there is none.
-  const std::string& ImageText(const std::string& name) const;
 
   /// A file as replies name it: seen from the project, or its name alone when it lies elsewhere.
   std::string ShownFile(const std::string& file) const;
@@ -68,6 +64,10 @@ class Console final : public IdeUser {
   std::optional<std::string> ReadLine(const std::string& prompt);
   std::optional<std::string> ReadAnswer();
   void Fail(const std::string& reason);
+  /// A line failed; its reason has been printed.
+  void CountFailure();
+  /// Counts what open boxes and dialogs refused since the last call.
+  void CountRefusals();
   void Settle();
   /// What is open, as text; the project's directory is a placeholder there, so that machines agree.
   void PrintPicture(std::string_view text);
@@ -82,7 +82,6 @@ class Console final : public IdeUser {
   platform::PresenterScope presenterScope_;
   qal::IQCmdClient2* pending_ = nullptr;  // a command that asked for another line
   std::string pendingPrompt_;
-  std::map<std::string, std::string> images_;
   bool quit_ = false;
   bool failed_ = false;
   int failures_ = 0;

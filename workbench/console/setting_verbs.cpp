@@ -1,6 +1,5 @@
 #include "platform/text.h"
 #include "platform/variant.h"
-#include "qal/test_client.h"
 #include "workbench/console/console.h"
 
 namespace workbench {
@@ -116,74 +115,6 @@ void OnSession(Console& console, Words& words) {
   console.Print("session " + name + (save ? " saved" : " opened"));
 }
 
-/// Prints what a verification or a comparison says.
-void PrintOutcome(Console& console, qal::Status status, const WideOut& name, const WideOut& messages,
-                  std::uint32_t runStatus) {
-  if (!name.empty()) console.Print(name.str());
-  if (!messages.empty()) console.Print(messages.str());
-  if (qal::Failed(status)) {
-    console.Print(platform::Format("failed: 0x%08X", static_cast<std::uint32_t>(status)));
-  } else {
-    console.Print("status " + std::to_string(status) + ", run status " + std::to_string(runStatus));
-  }
-}
-
-void OnTest(Console& console, Words& words) {
-  const auto clients =
-      console.ide().Services().SinksAs<qal::IQCoverageTestClient>(qal::iid::kCoverageTestClient);
-  if (clients.empty()) throw VerbError("the component offers no test client");
-  auto& client = *clients.front();
-  const std::string what = words.Take("the operation");
-  const auto is = [&](const char* name) { return SameWord(what, name); };
-  WideOut text;
-  if (is("select")) {
-    if (qal::Failed(client.SetSelection(Wide(words.Rest()).get())))
-      throw VerbError("the selection is refused");
-    client.GetSelection(text.put());
-    return console.Print(text.str());
-  }
-  if (is("verify") || is("compare")) {
-    WideOut messages;
-    std::uint32_t runStatus = 0;
-    const std::string first = console.ImageText(words.Take("the image"));
-    if (is("verify")) {
-      words.End();
-      const qal::Status status = client.Verify(Wide(first).get(), text.put(), messages.put(), &runStatus);
-      return PrintOutcome(console, status, text, messages, runStatus);
-    }
-    const std::string second = console.ImageText(words.Take("the second image"));
-    words.End();
-    const qal::Status status =
-        client.Compare(Wide(first).get(), Wide(second).get(), text.put(), messages.put(), &runStatus);
-    return PrintOutcome(console, status, text, messages, runStatus);
-  }
-  if (is("image")) {
-    if (qal::Failed(client.GetImage(text.put()))) throw VerbError("there is no image");
-    if (words.Empty()) return console.Print(text.str());
-    const std::string name = words.Take("the name");
-    words.End();
-    console.KeepImage(name, text.str());
-    return console.Print("image kept as " + name);
-  }
-  words.End();
-  if (is("edit")) {
-    client.EditSelection();
-  } else if (is("selection")) {
-    client.GetSelection(text.put());
-    console.Print(text.str());
-  } else if (is("info")) {
-    WideOut version;
-    qal::Guid identifier;
-    qal::IQTestImageSource* source = nullptr;
-    std::uint32_t number = 0;
-    client.GetClientInfo(text.put(), &identifier, &source, &number, version.put());
-    console.Print(text.str() + " " + version.str() + " " + GuidText(identifier) + " " +
-                  std::to_string(number));
-  } else {
-    throw VerbError("test " + what + " is not known");
-  }
-}
-
 constexpr Verb kVerbs[] = {
     {"font", "[NAME SIZE]", "Shows or sets the font of the coverage windows.", OnFont},
     {"colours", "[CATEGORY FORE BACK]", "Shows or sets their colours, by index.", OnColours},
@@ -191,8 +122,6 @@ constexpr Verb kVerbs[] = {
     {"option", "NAME|NUMBER on|off", "Switches a question.", OnOption},
     {"macro", "start|stop|show|play", "Records what is done in windows as commands, and plays it.", OnMacro},
     {"session", "save NAME\nopen NAME\nlist", "Saves or restores the open windows.", OnSession},
-    {"test", "edit\nimage [NAME]\nselect TEXT\nselection\nverify NAME\ncompare NAME NAME\ninfo",
-     "Drives the coverage test client; images are kept by name until the end.", OnTest},
 };
 
 }  // namespace

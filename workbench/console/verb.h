@@ -29,6 +29,7 @@ std::span<const Verb> MenuVerbs();
 std::span<const Verb> DialogVerbs();
 std::span<const Verb> EditorVerbs();
 std::span<const Verb> SettingVerbs();
+std::span<const Verb> TestVerbs();
 std::span<const Verb> GeneralVerbs();
 
 struct VerbGroup {

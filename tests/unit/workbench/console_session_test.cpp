@@ -133,7 +133,7 @@ TEST(Console, EndsAfterAVerbThatCannotBeCarriedOut) {
             "> where\nerror: no program is loaded; program load FILE loads one\n"
             "> nonsense 1\nerror: nonsense is no command and no verb; help lists them\n"
             "> me on\n[me on]\n");
-  EXPECT_EQ(keepsGoing.StatusOf(), 0);
+  EXPECT_EQ(keepsGoing.StatusOf(), 1);
 }
 
 TEST(Console, TakesTheNextLineAsTheAnswerToABox) {
