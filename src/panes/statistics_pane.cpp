@@ -155,15 +155,17 @@ void StatisticsPane::WriteRow(int row, const FunctionStat& stat) {
 void StatisticsPane::ListInstances(bool takeSnapshot, int firstRow, int rowCount) {
   if (!List().Exists()) return;
   CCoverageListCtrl& list = List();
-  if (!IsFileWindow()) {
+  if (!IsFileWindow()) takeSnapshot = true;
+  if (takeSnapshot) {
     record_.TakeStats();
-    const int count = static_cast<int>(record_.stats.size());
+    UpdateAllEnabled();
+  }
+  const int count = static_cast<int>(record_.stats.size());
+  if (!IsFileWindow()) {
     list.SetRowCount(count);
     for (int row = 0; row < count; ++row) WriteRow(row, record_.stats[static_cast<std::size_t>(row)]);
     return;
   }
-  if (takeSnapshot) record_.TakeStats();
-  const int count = static_cast<int>(record_.stats.size());
   const int page = list.RowsPerPage();
   if (firstRow < 0) firstRow = list.TopRow();
   if (rowCount < 0) rowCount = page;

@@ -22,20 +22,17 @@ void StatisticsPane::AfterEnabling() {
 }
 
 void StatisticsPane::OnEnableAll() {
-  UpdateAllEnabled();
   const bool enabled = !allEnabled_;
   owner().Macro().RecordEnable(enabled, MacroRecorder::kAll);
   for (const auto& [number, pane] : panes_) {
     if (pane->Instance().rangeSet == 1) pane->SetEnabled(enabled ? 1 : 0);
   }
-  allEnabled_ = enabled;
   AfterEnabling();
+  // Also where an instance without a range stays as it is, so that the next time does the opposite.
+  allEnabled_ = enabled;
 }
 
-void StatisticsPane::OnUpdateEnableAll(platform::CommandUpdate& update) {
-  UpdateAllEnabled();
-  update.SetCheck(allEnabled_);
-}
+void StatisticsPane::OnUpdateEnableAll(platform::CommandUpdate& update) { update.SetCheck(allEnabled_); }
 
 void StatisticsPane::OnEnable() {
   const int row = List().SelectedRow();

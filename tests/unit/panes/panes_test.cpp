@@ -238,6 +238,14 @@ TEST_F(Panes, EnableAllTurnsIntoDisableAll) {
   EXPECT_EQ(Names(window), "main- *step after- ");
   platform::RunCommand(window, pane_command::kEnableAllButton);
   EXPECT_EQ(Names(window), "main *step after ");
+
+  world.log.Clear();
+  world.log.FailCall(2, "path.AddRange");
+  StatisticsPane& refused = *Open().NewFileWindow(ViewWorld::kSource, "main.c");
+  for (const char* names : {"*main step- after ", "*main- step- after- ", "*main step- after "}) {
+    platform::RunCommand(refused, pane_command::kEnableAll);
+    EXPECT_EQ(Names(refused), names);
+  }
 }
 
 TEST_F(Panes, DeleteRangeClosesUp) {
