@@ -208,6 +208,8 @@ void DataPane::EditRange() {
     instance_->end = oldEnd;
     RegisterRange(true);
     ResetRows();
+    owner().DropLineMarks();
+    if (statistics_) statistics_->RefreshFromDebugger();
     return;
   }
   owner().Macro().RecordRangeEdit(range->first, range->second);
