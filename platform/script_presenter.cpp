@@ -80,7 +80,7 @@ std::optional<std::string> ScriptPresenter::NextLine(const std::function<std::st
 
 void ScriptPresenter::RunModal(Dialog& dialog) {
   PumpPosted();
-  if (announce_ && !dialog.Ended()) Print(Picture(dialog));
+  if (announce_ && announceDialogs_ && !dialog.Ended()) Print(Picture(dialog));
   while (true) {
     // The dialog may end by itself while the person takes their time.
     if (!dialog.Ended()) PassTime(pace_);

@@ -50,6 +50,8 @@ class PLATFORM_API ScriptPresenter : public Presenter {
   void SetFallback(std::function<bool(std::string_view)> fallback) { fallback_ = std::move(fallback); }
   /// Prints what opens, when it opens. At start on.
   void SetAnnounce(bool on) { announce_ = on; }
+  /// Prints dialogs, too, when they open; boxes and menus are still printed without. At start on.
+  void SetAnnounceDialogs(bool on) { announceDialogs_ = on; }
   /// Time of timers that passes before each line in a dialog: a person is slower than a dialog's timers. At
   /// start 250 ms.
   void SetPace(std::chrono::milliseconds pace) { pace_ = pace; }
@@ -74,6 +76,7 @@ class PLATFORM_API ScriptPresenter : public Presenter {
   std::chrono::milliseconds pace_{250};
   int errors_ = 0;
   bool announce_ = true;
+  bool announceDialogs_ = true;
 };
 
 }  // namespace platform

@@ -4,7 +4,6 @@
 namespace workbench {
 namespace {
 
-constexpr std::uint64_t kHighest = 0xFFFFFFFFu;
 constexpr std::uint64_t kMostShownLines = 1'000'000;
 
 void OnHead(Console& console, Words& words) {
@@ -36,8 +35,8 @@ void OnAutomation(Console& console, Words& words) {
   const std::string what = words.Take("the operation");
   const auto is = [&](const char* name) { return SameWord(what, name); };
   if (is("set-range")) {
-    const auto start = static_cast<std::uint32_t>(words.TakeNumber("the first address", kHighest));
-    const auto end = static_cast<std::uint32_t>(words.TakeNumber("the last address", kHighest));
+    const std::uint32_t start = console.AddressOf(words.Take("the first address"));
+    const std::uint32_t end = console.AddressOf(words.Take("the last address"));
     words.End();
     return PrintStatus(console, automation->SetRange(start, end));
   }

@@ -115,7 +115,11 @@ std::optional<std::string> Console::ReadLine(const std::string& prompt) {
 std::optional<std::string> Console::ReadAnswer() {
   CountRefusals();
   if (quit_) return std::nullopt;
-  return ReadLine("answer> ");
+  auto line = ReadLine("answer> ");
+  // Pictures say $(PROJDIR) where files lie, so the answers may.
+  if (line && SameWord(Words(*line).Peek(), "file"))
+    *line = platform::ReplaceAll(*line, "$(PROJDIR)", ide_->OpenProject().Directory());
+  return line;
 }
 
 void Console::Fail(const std::string& reason) {

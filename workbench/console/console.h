@@ -40,6 +40,8 @@ class Console final : public IdeUser {
   /// A reply, as many lines as it has.
   void Print(std::string_view text);
   void Quit() { quit_ = true; }
+  /// Whether dialogs are printed when they open, or only on `dialog`.
+  void AnnounceDialogs(bool on) { presenter_.SetAnnounceDialogs(on); }
   bool Interactive() const { return lines_.Interactive(); }
   /// Lines that were refused so far.
   int Failures() const { return failures_; }

@@ -5,11 +5,9 @@
 namespace workbench {
 namespace {
 
-constexpr std::uint64_t kHighest = 0xFFFFFFFFu;
-
-AddressRange TakeRange(Words& words) {
-  const auto start = static_cast<std::uint32_t>(words.TakeNumber("the first address", kHighest));
-  const auto last = static_cast<std::uint32_t>(words.TakeNumber("the last address", kHighest));
+AddressRange TakeRange(Console& console, Words& words) {
+  const std::uint32_t start = console.AddressOf(words.Take("the first address"));
+  const std::uint32_t last = console.AddressOf(words.Take("the last address"));
   if (start > last) throw VerbError("the first address is above the last");
   return {start, last};
 }
@@ -48,7 +46,7 @@ void OnRefuse(Console& console, Words& words) {
     console.ide().Debugger().Refuse(std::nullopt);
     return console.Print("no range is refused");
   }
-  const AddressRange range = TakeRange(words);
+  const AddressRange range = TakeRange(console, words);
   words.End();
   console.ide().Debugger().Refuse(range);
   console.Print("ranges that touch " + Text(range) + " are refused");
@@ -56,7 +54,7 @@ void OnRefuse(Console& console, Words& words) {
 
 void OnLimits(Console& console, Words& words) {
   if (!words.Empty()) {
-    const AddressRange range = TakeRange(words);
+    const AddressRange range = TakeRange(console, words);
     words.End();
     console.ide().Debugger().SetLimits(range);
   }

@@ -8,7 +8,13 @@ namespace {
 
 void OnNothingOpen(Console&, Words&) { throw VerbError("no dialog or box is open"); }
 
+void OnDialogs(Console& console, Words& words) {
+  console.AnnounceDialogs(words.TakeSwitch("the printing of dialogs"));
+  words.End();
+}
+
 constexpr Verb kVerbs[] = {
+    {"dialogs", "on|off", "Prints dialogs when they open, or only when asked with dialog.", OnDialogs},
     {"dialog", "", "Prints what is open again: identifier, kind and state of each control.", OnNothingOpen},
     {"type", "ID TEXT", "Types over the text of a field.", OnNothingOpen},
     {"choose", "ID TEXT", "Chooses from a list of a field, or a radio button.", OnNothingOpen},

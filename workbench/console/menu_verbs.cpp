@@ -101,10 +101,20 @@ void OnToolbar(Console& console, Words& words) {
   throw VerbError("no toolbar has the button " + std::to_string(command) + "; toolbar lists them");
 }
 
+/// Some commands of a pane stand in no menu and on no toolbar.
+void OnSend(Console&, Words& words) {
+  const std::uint32_t command = TakeCommand(words);
+  platform::Window* const focused = platform::FocusedWindow();
+  if (!focused || !focused->Parent())
+    throw VerbError("no pane has the focus; focus N stat|data gives it to one");
+  Run(*focused->Parent(), command);
+}
+
 constexpr Verb kVerbs[] = {
     {"menu", "\nID", "Lists the registered menu commands, or chooses one.", OnMenu},
     {"toolbar", "\nID", "Lists the toolbars of the IDE and of the focused window, or presses a button.",
      OnToolbar},
+    {"send", "ID", "Sends a command to the focused pane, also one that stands in no menu.", OnSend},
 };
 
 }  // namespace

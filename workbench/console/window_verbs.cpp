@@ -119,7 +119,6 @@ constexpr char kWidth[] = "width";
 constexpr char kScroll[] = "scroll";
 constexpr char kTop[] = "top";
 constexpr char kWheel[] = "wheel";
-constexpr char kSize[] = "size";
 constexpr char kContext[] = "context";
 
 /// A key goes to the component's accelerators first, as in any IDE.
@@ -130,6 +129,18 @@ void OnKey(Console& console, Words& words) {
   if (!pressed) throw VerbError("there is no key " + name);
   if (console.ide().Windows().RunAccelerator(pressed->virtualKey, pressed->modifiers)) return;
   if (const auto reason = platform::ActOnList(FocusedList(), "key " + name)) throw VerbError(*reason);
+}
+
+/// The pane grows with its list, as when a person drags the edge of the window.
+void OnSize(Console&, Words& words) {
+  platform::ListView& list = FocusedList();
+  const int before = list.Bounds().Height();
+  if (const auto reason = platform::ActOnList(list, "size " + words.Rest())) throw VerbError(*reason);
+  platform::Window* const pane = list.Parent();
+  if (!pane) return;
+  platform::Rect place = pane->Bounds();
+  place.bottom += list.Bounds().Height() - before;
+  pane->Move(place);
 }
 
 void OnWait(Console&, Words& words) {
@@ -154,7 +165,7 @@ constexpr Verb kVerbs[] = {
     {"top", "K", "Scrolls the focused pane so that it begins with a row.", OnList<kTop>},
     {"wheel", "NOTCHES", "Turns the mouse wheel.", OnList<kWheel>},
     {"width", "COLUMN PIXELS", "Drags the edge of a column.", OnList<kWidth>},
-    {"size", "ROWS", "Gives the focused pane so many rows.", OnList<kSize>},
+    {"size", "ROWS", "Gives the focused pane so many rows.", OnSize},
     {"context", "K|header", "Opens the pop-up menu of a row; menu ID or menu cancel answers it.",
      OnList<kContext>},
     {"wait", "MILLISECONDS", "Lets the time of timers pass.", OnWait},

@@ -40,7 +40,7 @@ class CustomizeTemplate {
     for (const platform::ToolbarButton& button : buttons) {
       if (button.id == 0) continue;
       names_.push_back(button.tip.empty() ? std::to_string(button.id) : button.tip);
-      controls_.push_back({ControlKind::kCheckBox, button.id, names_.back().c_str(), kMargin, y,
+      controls_.push_back({ControlKind::kCheckBox, BoxOf(names_.size()), names_.back().c_str(), kMargin, y,
                            kWidth - 2 * kMargin, kLine, 0});
       y = static_cast<std::int16_t>(y + kLine);
     }
@@ -56,6 +56,9 @@ class CustomizeTemplate {
                  controls_.data(),
                  static_cast<std::uint32_t>(controls_.size())};
   }
+
+  /// Identifier of the n-th box, from 1.
+  static std::uint32_t BoxOf(std::size_t number) { return 100 + static_cast<std::uint32_t>(number); }
 
   static constexpr std::int16_t kWidth = 150;
   static constexpr std::int16_t kLine = 12;
@@ -80,14 +83,16 @@ class CustomizeDialog final : private CustomizeTemplate, public platform::Dialog
 
  private:
   void OnInitDialog() override {
+    std::size_t box = 0;
     for (const platform::ToolbarButton& button : buttons_) {
-      if (button.id != 0) CheckItem(button.id, button.visible);
+      if (button.id != 0) CheckItem(BoxOf(++box), button.visible);
     }
   }
 
   void OnOK() override {
+    std::size_t box = 0;
     for (const platform::ToolbarButton& button : buttons_) {
-      if (button.id != 0 && IsItemChecked(button.id)) chosen_.push_back(button.id);
+      if (button.id != 0 && IsItemChecked(BoxOf(++box))) chosen_.push_back(button.id);
     }
     Dialog::OnOK();
   }

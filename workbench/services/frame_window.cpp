@@ -8,13 +8,22 @@ constexpr int kSummaryColumns = 3;
 }  // namespace
 
 void FrameWindow::RequestState(std::uint32_t state) {
-  if (state == kSwitchDocking) {
-    mayDock_ = !mayDock_;
-  } else if (state != kWearToolbar) {
-    closed_ = state == kClose;
-    const bool show = state != kHide && state != kClose;
-    hasBeenShown_ = hasBeenShown_ || show;
-    Show(show);
+  switch (state) {
+    case kSwitchDocking:
+      mayDock_ = !mayDock_;
+      return;
+    case kWearToolbar:
+      return;
+    case kHide:
+      return Show(false);
+    case kClose:
+      closing_ = true;
+      if (Closed()) Show(false);
+      return;
+    default:
+      closing_ = false;
+      hasBeenShown_ = true;
+      Show(true);
   }
 }
 

@@ -14,9 +14,10 @@ namespace workbench {
 /// top-level frame is hidden until its component asks for it. User-interface thread.
 class FrameWindow final : public platform::Window {
  public:
-  /// What a component can ask of a frame with a state. 1 and 2 hide it: for a while, or because its window is
-  /// closed. 0x20 allows docking when it was not allowed, and the other way round. Every other state shows
-  /// the frame, but for 0x2000, which only says that it wears its toolbar.
+  /// What a component can ask of a frame with a state. 1 hides it. 2 closes it as soon as it holds no panes
+  /// any more, so that a window whose closing the person calls off stays where it is. 0x20 allows docking
+  /// when it was not allowed, and the other way round. Every other state shows the frame, but for 0x2000,
+  /// which only says that it wears its toolbar.
   static constexpr std::uint32_t kHide = 1;
   static constexpr std::uint32_t kClose = 2;
   static constexpr std::uint32_t kSwitchDocking = 0x20;
@@ -39,9 +40,10 @@ class FrameWindow final : public platform::Window {
   void RequestState(std::uint32_t state);
   std::uint32_t State() const;
   bool MayDock() const { return mayDock_; }
-  bool Closed() const { return closed_; }
-  /// Whether the frame has been on the screen and is not closed: the person knows of it.
-  bool InUse() const { return hasBeenShown_ && !closed_; }
+  /// Whether the frame is to go, and nothing holds it any more.
+  bool Closed() const { return closing_ && Lists().empty(); }
+  /// Whether the frame has been on the screen with panes in it: the person knows of it.
+  bool InUse() const { return hasBeenShown_ && !Lists().empty(); }
 
   /// The lists in the panes that the frame holds and shows, in the order in which they came.
   std::vector<platform::ListView*> Lists() const;
@@ -59,7 +61,7 @@ class FrameWindow final : public platform::Window {
   std::uint32_t frameStyle_;
   std::uint32_t dockPosition_;
   bool mayDock_ = true;
-  bool closed_ = false;
+  bool closing_ = false;
   bool hasBeenShown_ = false;
 };
 

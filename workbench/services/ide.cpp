@@ -89,6 +89,7 @@ struct Ide::Services_ {
 
 Ide::Ide(IdePlaces places, IdeUser& user)
     : places_(std::move(places)),
+      startDirectory_(platform::CurrentDirectory()),
       user_(user),
       project_(OpenProjectFor(places_, user_)),
       settings_(InState(places_, kSettingsFile), warning_),
@@ -98,6 +99,7 @@ Ide::Ide(IdePlaces places, IdeUser& user)
       options_(settings_),
       services_(std::make_unique<Services_>(*this)) {
   if (!warning_.empty()) user_.Notice("warning: " + warning_);
+  platform::SetCurrentDirectory(project_.Directory());
   debugger_.SetListener(this);
   debugger_.SetStopQuestion([this] { return user_.StopAsked(); });
   OfferServices();
@@ -107,6 +109,7 @@ Ide::~Ide() {
   debugger_.SetListener(nullptr);
   if (component_) component_->End();
   windows_.Forget();
+  platform::SetCurrentDirectory(startDirectory_);
 }
 
 void Ide::OfferServices() {
@@ -193,7 +196,7 @@ std::string Ide::PathFor(const std::string& typed) const {
   if (platform::IsAbsolutePath(typed)) return platform::FullPath(typed);
   std::string inProject = platform::FullPath(typed, project_.Directory());
   if (platform::PathExists(inProject)) return inProject;
-  const std::string here = platform::FullPath(typed);
+  const std::string here = platform::FullPath(typed, startDirectory_);
   return platform::PathExists(here) ? here : inProject;
 }
 

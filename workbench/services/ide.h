@@ -29,7 +29,8 @@ struct IdePlaces {
 /// The reference IDE: project, debugger, every service, and the component that uses them. Main thread.
 class Ide final : private DebugListener {
  public:
-  /// Opens the project and makes the services; `user` must outlive the IDE. The component is not loaded yet.
+  /// Opens the project, makes its directory the current one of the product, and makes the services; `user`
+  /// must outlive the IDE. The component is not loaded yet.
   Ide(IdePlaces places, IdeUser& user);
   /// Ends the component.
   ~Ide() override;
@@ -76,7 +77,7 @@ class Ide final : private DebugListener {
   std::vector<std::string> Sessions() const;
 
   /// A path as a person gives it, as an absolute product path: below the project when it is there, else below
-  /// the current directory.
+  /// the directory that the workbench was started in.
   std::string PathFor(const std::string& typed) const;
 
  private:
@@ -92,6 +93,7 @@ class Ide final : private DebugListener {
   std::string SessionFile(const std::string& name) const;
 
   IdePlaces places_;
+  std::string startDirectory_;  // current before the project was opened
   IdeUser& user_;
   Project project_;
   std::string warning_;  // of the settings file

@@ -73,11 +73,11 @@ qal::ModuleHandle WindowService::ModuleOf(std::uint32_t key) const {
   return found == modules_.end() ? 0 : found->second;
 }
 
-std::vector<FrameWindow*> WindowService::FramesInUse() const {
+std::vector<FrameWindow*> WindowService::FramesInUse() {
+  TidyFrames();
   std::vector<FrameWindow*> frames;
   for (const auto& frame : frames_) {
-    if (frame->Exists() && !frame->Parent() && frame->InUse() && !frame->Lists().empty())
-      frames.push_back(frame.get());
+    if (frame->Exists() && !frame->Parent() && frame->InUse()) frames.push_back(frame.get());
   }
   return frames;
 }
@@ -95,7 +95,7 @@ bool WindowService::RunAccelerator(std::uint32_t virtualKey, std::uint8_t modifi
 
 void WindowService::TidyFrames() {
   for (const auto& frame : frames_) {
-    if (frame->Exists() && frame->Closed() && frame->Lists().empty()) frame->Destroy();
+    if (frame->Exists() && frame->Closed()) frame->Destroy();
   }
   std::erase_if(frameToolbars_, [](const auto& entry) { return !platform::IsWindow(entry.first); });
   std::erase_if(frames_, [](const auto& frame) { return !frame->Exists(); });

@@ -67,7 +67,7 @@ class WindowService final : public qal::IQWindowService4 {
   qal::ModuleHandle ModuleOf(std::uint32_t key) const;
   /// Top-level frames that hold panes and that the person knows of, hidden ones among them, in the order of
   /// creation.
-  std::vector<FrameWindow*> FramesInUse() const;
+  std::vector<FrameWindow*> FramesInUse();
   /// Runs the command of a key that a component has registered. False when there is none, or when the command
   /// cannot be used now.
   bool RunAccelerator(std::uint32_t virtualKey, std::uint8_t modifiers);

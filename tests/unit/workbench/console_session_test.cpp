@@ -167,7 +167,7 @@ TEST(Console, RefusesWordsThatMakeNoSense) {
       {"run 0", "no program is loaded; program load FILE loads one"},
       {"record everything", "record everything is not known: path, counts or off"},
       {"refuse 2 1", "the first address is above the last"},
-      {"limits 0 0x100000000", "the last address is above 4294967295: 0x100000000"},
+      {"limits 0 0x100000000", "0x100000000 is no 32-bit address"},
       {"service clock off", "there is no service clock"},
       {"service source maybe", "the service must be on or off, not maybe"},
       {"head x me", "the number of lines is no number: x"},

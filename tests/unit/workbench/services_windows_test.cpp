@@ -100,7 +100,7 @@ TEST(WindowService, RemembersTheToolbarThatThePersonChoseForFramesOfAKind) {
   EXPECT_NE(service.IsToolbarShown(opened.frame), 0);
   EXPECT_EQ(Worn(service, opened.frame), "32813\n32817\n");
 
-  std::vector<std::string> lines{"check 32813 off", "click 2", "check 32813 off", "click 1"};
+  std::vector<std::string> lines{"check 101 off", "click 2", "check 101 off", "click 1"};
   std::size_t next = 0;
   platform::ScriptPresenter person(
       [&] { return next < lines.size() ? std::optional(lines[next++]) : std::nullopt; }, nullptr);
