@@ -22,6 +22,7 @@ CJepCoverageDataCtrl::~CJepCoverageDataCtrl() {
   // An object that was never uninitialized still has its views; they need the customiser to withdraw what
   // they registered.
   if (viewControl != nullptr) CJepCoverageDataCtrl::DestroyViews();
+  endedControls.clear();
 }
 
 qal::Status CJepCoverageDataCtrl::QueryInterface(const qal::Guid* iid, void** out) {

@@ -1,5 +1,7 @@
 #include "component/data_ctrl.h"
 
+#include <utility>
+
 #include "component/bitmap_images.h"
 #include "formatview/interface_call.h"
 #include "model/services.h"
@@ -12,7 +14,8 @@ CJepDataCtrl2::~CJepDataCtrl2() { CJepDataCtrl2::DestroyViews(); }
 void CJepDataCtrl2::DestroyViews() {
   if (viewControl == nullptr) return;
   viewControl->DestroySinkWindow();
-  viewControl.reset();
+  viewControl->End();
+  endedControls.push_back(std::move(viewControl));
 }
 
 qal::Status CJepDataCtrl2::OnDebugEvent(const qal::Guid* event) {

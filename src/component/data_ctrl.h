@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <vector>
 
 #include "formatview/debug_interfaces.h"
 #include "qal/all.h"
@@ -22,7 +23,8 @@ class CJepDataCtrl2 : public qal::IQRegistryClient, public qal::IQComponent2, pu
 
   virtual ~CJepDataCtrl2();
   virtual void CreateViews() = 0;
-  /// Destroys the view control's window and the view control.
+  /// Destroys the view control's window and ends the view control. The object stays until this one goes: an
+  /// operation of it may wait for a person who has a dialog open.
   virtual void DestroyViews();
 
   /// Passes the two pane notifications on to the view control; always 0.
@@ -43,6 +45,7 @@ class CJepDataCtrl2 : public qal::IQRegistryClient, public qal::IQComponent2, pu
   qal::IQErrorText* errorText = nullptr;
   qal::IQUnknown* hostAux2 = nullptr;  ///< kept, not called
   std::unique_ptr<CJepCoverageCtrl> viewControl;
+  std::vector<std::unique_ptr<CJepCoverageCtrl>> endedControls;
 
  private:
   const char* name_;

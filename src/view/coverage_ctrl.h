@@ -44,6 +44,9 @@ class CJepCoverageCtrl : public CUiDebugCommandSink,
   /// Registers the control, its options and its commands with the IDE. The window is created later.
   CJepCoverageCtrl(qal::IQHost* host, CUiCustomizer* customizer);
   ~CJepCoverageCtrl() override;
+  /// Closes every window and withdraws everything from the IDE, which is not called from then on. The second
+  /// time nothing happens.
+  void End();
 
   /// The column service's handles of the two editor columns.
   void SetColumn(EditorColumn column, std::uint32_t handle) { Marks().SetColumn(column, handle); }
@@ -133,6 +136,7 @@ class CJepCoverageCtrl : public CUiDebugCommandSink,
   std::unique_ptr<MessageOptions> options;
   std::uint32_t sessionValue = 0;
   std::uint32_t clearPending = 0;
+  bool ended = false;
   std::string sessionKey;
   std::vector<std::string> sessionTexts;  ///< that the open session was named with
   ProjectKeys projectKeys;

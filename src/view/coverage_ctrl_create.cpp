@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "formatview/interface_call.h"
 #include "model/services.h"
 #include "util/resource_ids.h"
@@ -47,12 +49,16 @@ CJepCoverageCtrl::CJepCoverageCtrl(qal::IQHost* hostObject, CUiCustomizer* custo
   }
 }
 
-CJepCoverageCtrl::~CJepCoverageCtrl() {
+CJepCoverageCtrl::~CJepCoverageCtrl() { End(); }
+
+void CJepCoverageCtrl::End() {
+  if (std::exchange(ended, true)) return;
   const platform::ResourceScope scope(Resources());
   options->Withdraw();
   model->commandStore().RemoveRange();
   // The listings of "coverage_display" read the model: they end with their command, before the model goes.
   while (!commands.empty()) commands.erase(commands.begin());
+  model->RemoveAllWindows();
   if (host != nullptr) {
     host->Unadvise(&qal::iid::kWorkSpaceClient, static_cast<qal::IQWorkSpaceClient2*>(this));
     host->Unadvise(&qal::iid::kWorkSpaceClient2, static_cast<qal::IQWorkSpaceClient2*>(this));

@@ -274,7 +274,8 @@ void CoverageWindows::OpenAnotherFile() {
   if (request.directory.empty())
     request.directory = PlaceholderResolver(host).ExpandPlaceholders("$(CONFIGDIR)");
   const auto path = platform::AskForFile(request);
-  if (!path) return;
+  // The IDE may have ended the component while the person was looking.
+  if (!path || !owner.SinkWindow().Exists()) return;
   if (!HasExtension(*path, ".COV")) {
     platform::ShowMessageBox(Text(strings::kInvalidLoadFileName), platform::Icon::kInformation);
     return;

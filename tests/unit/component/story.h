@@ -1,0 +1,127 @@
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "component/coverage_data_ctrl.h"
+#include "doubles/scratch_disk.h"
+#include "panes/pane_commands.h"
+#include "platform/presenter.h"
+#include "platform/queue.h"
+#include "platform/script_presenter.h"
+#include "unit/view/view_world.h"
+
+namespace coverage {
+
+/// A person in front of an IDE that has every service: what they do to a component, and what they are told.
+class Person {
+ public:
+  Person() {
+    world.host.logLookups = true;
+    world.host.Offer(data);
+    world.host.Offer(world.recorder);
+    world.host.Offer(placeholders);
+    disk.Put("space/demo/main.c", "int main(void) {}\n");
+  }
+
+  /// While the action runs, the lines act on whatever opens. What is open after the last one is cancelled.
+  void Do(std::deque<std::string> lines, const std::function<void()>& action) {
+    platform::ScriptPresenter hands(
+        [&]() -> std::optional<std::string> {
+          if (lines.empty()) return std::nullopt;
+          std::string line = std::move(lines.front());
+          lines.pop_front();
+          if (line != "meanwhile") return line;
+          meanwhile();
+          return "wait 1";
+        },
+        [&](std::string_view line) { slips += std::string(line) + '\n'; });
+    hands.SetAnnounce(false);
+    const platform::PresenterScope scope(hands);
+    platform::InstallMessageBoxPresenter(&world.boxes);
+    action();
+    platform::PumpPosted();
+    for (const std::string& line : lines) slips += "not reached: " + line + '\n';
+    platform::InstallMessageBoxPresenter(&world.boxes);
+  }
+
+  bool Begin() { return component->Initialize(&world.host, qal::kTrue) == qal::kOk && View() != nullptr; }
+  /// Ends the component, as far as that goes, and lets the object go.
+  void End() {
+    component->Uninitialize(qal::kTrue);
+    component.reset();
+    platform::PumpPosted();
+  }
+  void EndOther() {
+    if (other) other->Uninitialize(qal::kTrue);
+    other.reset();
+  }
+  CJepCoverageCtrl* View() { return component ? component->ViewControl() : nullptr; }
+
+  /// The first window of the kind, or null; its first data pane.
+  CoverageWindows::StatisticsPane* Window(WindowKind kind) {
+    if (View() == nullptr) return nullptr;
+    for (auto* window : View()->Windows().Windows()) {
+      if (window->Record().kind == kind) return window;
+    }
+    return nullptr;
+  }
+  CoverageWindows::DataPane* Data(WindowKind kind) {
+    auto* window = Window(kind);
+    return window != nullptr ? window->Pane(1) : nullptr;
+  }
+  /// A command of the view control or of a pane; nothing without the window.
+  void Choose(platform::Window* window, std::uint32_t command, std::deque<std::string> lines = {}) {
+    if (window != nullptr) Do(std::move(lines), [&] { platform::RunCommand(*window, command); });
+  }
+  void Open(std::deque<std::string> lines) {
+    Choose(View(), control_command::kOpenCoverage, std::move(lines));
+  }
+  void OpenRange() { Open({"type 9005 0x1000", "type 9006 0x10ff", "click 9029"}); }
+  void OpenFile() {
+    Open({"click 9040", "click 9042", "menu cancel", std::string("type 9041 ") + ViewWorld::kSource,
+          "click 9029"});
+  }
+  void OnList(CoverageWindows::StatisticsPane* window, const char* line) {
+    if (window == nullptr) return;
+    Do({}, [&] {
+      if (const auto slip = platform::ActOnList(window->List(), line)) slips += *slip + '\n';
+    });
+  }
+  /// A line of the IDE's command line: what it answers.
+  std::string Type(const std::string& line) {
+    for (auto* command : world.host.Registered<qal::IQCmdClient>(qal::iid::kCmdClient)) {
+      qal::VariantArray* list = nullptr;
+      command->GetCommandNames(&list);
+      const auto names = platform::TextsOf(list);
+      qal::FreeVariantArray(list);
+      if (names.size() != 2 || names[1] != line.substr(0, line.find(' '))) continue;
+      doubles::StubCommandOutput output;
+      platform::WideOut result;
+      platform::WideOut prompt;
+      qal::Flag wantsMore = qal::kFalse;
+      std::uint16_t status = 0;
+      command->ExecuteCommand(platform::Wide(line).get(), result.put(), prompt.put(), &wantsMore, &status,
+                              &output);
+      if (status == 0xFFFF) output.WaitForEnd();
+      return result.str();
+    }
+    return {};
+  }
+
+  ViewWorld world;
+  doubles::StubSessionData data{world.log};
+  doubles::StubCustomPlaceholders placeholders{world.log};
+  doubles::ScratchDisk disk;
+  std::unique_ptr<CJepCoverageDataCtrl> component = std::make_unique<CJepCoverageDataCtrl>();
+  /// Of another session of the debugger; begun by who needs it.
+  std::unique_ptr<CJepCoverageDataCtrl> other = std::make_unique<CJepCoverageDataCtrl>();
+  std::function<void()> meanwhile;  ///< what the line "meanwhile" does
+  std::string slips;                ///< lines that could not be carried out
+};
+
+}  // namespace coverage
