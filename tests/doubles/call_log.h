@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+#include <map>
 #include <mutex>
 #include <string>
 #include <string_view>
@@ -15,9 +17,14 @@ class CallLog {
   /// Appends the call. Gives `answer`, or kFail when this is the call that was told to fail.
   qal::Status Add(std::string line, qal::Status answer = qal::kOk) {
     const std::lock_guard lock(mutex_);
-    if (failAfter_ > 0 && line.starts_with(failPrefix_) && --failAfter_ == 0) answer = qal::kFail;
+    answer = Judge(line, answer);
     lines_.push_back(std::move(line));
     return answer;
+  }
+  /// The same for calls of which there are too many to write down.
+  qal::Status Pass(std::string_view name, qal::Status answer = qal::kOk) {
+    const std::lock_guard lock(mutex_);
+    return Judge(name, answer);
   }
 
   /// The `n`-th call from now on fails (1 is the next one); with a prefix, the n-th among those that begin
@@ -57,8 +64,19 @@ class CallLog {
     lines_.clear();
   }
 
+  /// Every call so far, by service: what stands before the dot. Clear leaves them.
+  const std::map<std::string, int, std::less<>>& Calls() const { return calls_; }
+
  private:
+  qal::Status Judge(std::string_view line, qal::Status answer) {
+    const std::string_view service = line.substr(0, line.find('.'));
+    const auto known = calls_.find(service);
+    ++(known != calls_.end() ? known : calls_.emplace(service, 0).first)->second;
+    return failAfter_ > 0 && line.starts_with(failPrefix_) && --failAfter_ == 0 ? qal::kFail : answer;
+  }
+
   mutable std::mutex mutex_;
+  std::map<std::string, int, std::less<>> calls_;
   std::vector<std::string> lines_;
   std::string failPrefix_;
   int failAfter_ = 0;

@@ -3,6 +3,7 @@
 #include <deque>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "platform/message_box.h"
 
@@ -18,6 +19,8 @@ class RecordingBoxes final : public platform::MessageBoxPresenter {
   RecordingBoxes& operator=(const RecordingBoxes&) = delete;
 
   std::deque<platform::Answer> answers;
+  /// The text of every box since the beginning.
+  std::vector<std::string> texts;
 
   /// The boxes so far, each "icon buttons: text" and a line feed; forgets them.
   std::string Take() { return std::exchange(boxes_, {}); }
@@ -25,6 +28,7 @@ class RecordingBoxes final : public platform::MessageBoxPresenter {
   platform::Answer ShowMessageBox(const platform::MessageBoxRequest& request) override {
     boxes_ += std::string(platform::NameOf(request.icon)) + ' ' + platform::NameOf(request.buttons) + ": " +
               request.text + '\n';
+    texts.push_back(request.text);
     if (answers.empty()) return platform::CautiousAnswer(request.buttons);
     const auto answer = answers.front();
     answers.pop_front();

@@ -26,12 +26,16 @@ class TargetDouble {
  public:
   TargetDouble() { source.symbols = &symbols; }
   explicit TargetDouble(CallLog& log)
-      : path(log),
+      : log_(&log),
+        path(log),
         counts(log),
         traceStart(log),
         executionState(log),
         limits(log),
         editor(log),
+        addressText(log),
+        expression(log),
+        modules(log),
         symbols(*this, &log),
         source(*this, &log) {
     source.symbols = &symbols;
@@ -110,10 +114,15 @@ class TargetDouble {
     qal::Status Disassemble(std::uint32_t, const std::uint8_t*, std::uint32_t address,
                             qal::InstructionRecord* out) override {
       const auto found = target_.lengths_.find(address);
-      if (found == target_.lengths_.end()) return qal::kFail;
+      if (qal::Failed(target_.Pass("target.Disassemble")) || found == target_.lengths_.end())
+        return qal::kFail;
       const auto [addressText, lastText] = Texts(address, found->second);
       *out = {platform::NewWide(addressText), 0, found->second, platform::NewWide(lastText)};
       return qal::kOk;
+    }
+    qal::Status GetAlignment(std::uint16_t* outAlignment, std::uint16_t* offset) override {
+      const auto status = target_.Pass("target.GetAlignment");
+      return qal::Failed(status) ? status : StubTargetInformation::GetAlignment(outAlignment, offset);
     }
 
    private:
@@ -122,11 +131,15 @@ class TargetDouble {
 
   class Memory : public StubMemory {
    public:
+    explicit Memory(const TargetDouble& target) : target_(target) {}
     qal::Status ReadMemory(std::uint32_t first, std::uint32_t last, std::uint16_t,
                            std::uint8_t* buffer) override {
       for (std::uint32_t i = 0; i <= last - first; ++i) buffer[i] = ByteAt(first + i);
-      return qal::kOk;
+      return target_.Pass("memory.ReadMemory");
     }
+
+   private:
+    const TargetDouble& target_;
   };
 
   class Symbols : public StubSymbolTable {
@@ -158,12 +171,14 @@ class TargetDouble {
     }
     qal::Status AddressToLine(std::uint32_t address, char16_t** file, std::uint32_t* line) override {
       auto found = target_.lines_.upper_bound(address);
-      if (found == target_.lines_.begin()) return Give(qal::kFail, file, {});
+      if (qal::Failed(target_.Pass("source.AddressToLine")) || found == target_.lines_.begin())
+        return Give(qal::kFail, file, {});
       *line = (--found)->second.second;
       return Give(qal::kOk, file, found->second.first);
     }
     qal::Status LineToAddress(qal::WideText file, std::uint32_t line, std::uint32_t* address) override {
       const auto name = platform::Narrow(file);
+      if (qal::Failed(target_.Pass("source.LineToAddress"))) return qal::kFail;
       for (const auto& [start, place] : target_.lines_) {
         if (place.second != line || !platform::EqualNoCase(place.first, name)) continue;
         *address = start;
@@ -173,6 +188,7 @@ class TargetDouble {
     }
     qal::Status GetLineText(qal::WideText file, std::uint32_t line, char16_t** text) override {
       const auto found = target_.texts_.find({platform::Narrow(file), line});
+      if (qal::Failed(target_.Pass("source.GetLineText"))) return Give(qal::kFail, text, {});
       return found == target_.texts_.end() ? Give(qal::kFail, text, {}) : Give(qal::kOk, text, found->second);
     }
 
@@ -181,10 +197,14 @@ class TargetDouble {
     CallLog* log_;
   };
 
+  /// Counts a call that is not written down.
+  qal::Status Pass(const char* name) const { return log_ != nullptr ? log_->Pass(name) : qal::kOk; }
+
   std::map<std::uint32_t, std::uint32_t> lengths_;
   std::map<std::uint32_t, std::pair<std::string, std::uint32_t>> lines_;
   std::map<std::pair<std::string, std::uint32_t>, std::string> texts_;
   std::map<std::string, FileFunctions> functions_;
+  CallLog* log_ = nullptr;
 
  public:
   StubPathCoverage path;
@@ -197,7 +217,7 @@ class TargetDouble {
   StubExpression expression;
   StubModules modules;
   Information information{*this};
-  Memory memory;
+  Memory memory{*this};
   Symbols symbols{*this, nullptr};
   Source source{*this, nullptr};
 };
