@@ -74,7 +74,7 @@ ImageSelection ParseImageSelection(std::string_view text, bool* complete) {
 }
 
 std::string ImageHead(std::uint32_t options) {
-  return std::string(kImageVersion) + platform::Format("%02u", options);
+  return std::string(kImageVersion) + platform::Format("%02d", static_cast<std::int32_t>(options));
 }
 
 std::optional<std::vector<ImageItem>> SplitImage(std::string_view image) {
@@ -93,7 +93,7 @@ std::optional<std::vector<ImageItem>> SplitImage(std::string_view image) {
 
 std::optional<ImageInstance> ImageInstances::Next() {
   if (rest_.empty() || rest_.front() != '~') return std::nullopt;
-  const std::size_t nameEnd = rest_.find('~', 1);
+  const std::size_t nameEnd = platform::FindChar(rest_, '~', 1);
   if (nameEnd == std::string_view::npos) return std::nullopt;
   const std::size_t dataEnd = std::min(rest_.find('~', nameEnd + 1), rest_.size());
   const ImageInstance instance{rest_.substr(1, nameEnd - 1),

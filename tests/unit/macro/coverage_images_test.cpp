@@ -157,6 +157,8 @@ TEST_F(ImagesTest, WhatIsMissingIsNamed) {
        "1|Image file corrupted|Range 0x1000 - 0x1007:& Address 0x1000  execution information not found in "
        "image.&&"},
       {"1.011(rng+0x1000 - 0x1007)~1000 1007~1000 0 -", "1|Address Mismatch|Range 0x1000 - 0x1007:&&&"},
+      {"1.003(rng+0x1000 - 0x1007)~1000 1007~1000 0 -",
+       "1|Address Mismatch|Range 0x1000 - 0x1007:& Instruction at  0x1002 not found in image.&&"},
       {"1.003(rng+0x1000 - 0x1007", "2||"},
       {"1.003(rng+0x1000 - 0x1007)",
        "1|Address Mismatch|Range 0x1000 - 0x1007:& Instruction at  0x1000 not found in "
@@ -232,6 +234,8 @@ TEST_F(ImagesTest, TheTestClientKeepsWhatItIsGiven) {
   client.SetSelectionChecked(platform::Wide("1.004(rng+0x1000 - 0x1007)(src+").get(), &unfinished);
   EXPECT_EQ(unfinished, 1);
   EXPECT_EQ(selection(), "1.004(rng+0x1000 - 0x1007)");
+  client.SetSelection(platform::Wide("1.0-1").get());
+  EXPECT_EQ(selection(), "1.0-1");
   client.SetSelection(nullptr);
   EXPECT_EQ(selection(), "1.003");
 
