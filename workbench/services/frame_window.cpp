@@ -60,6 +60,11 @@ void FrameWindow::LayOut() {
 
 platform::LResult FrameWindow::OnMessage(const platform::Message& message) {
   if (message.id == platform::message::kSize) LayOut();
+  if (message.id == platform::message::kContextMenu && menuAsked_) {
+    platform::Window* const window = platform::WindowFrom(static_cast<qal::WindowHandle>(message.w));
+    if (window) menuAsked_(*window, platform::UnpackPoint(message.l));
+    return 0;
+  }
   return Window::OnMessage(message);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -32,6 +33,10 @@ class FrameWindow final : public platform::Window {
   FrameWindow(std::string key, std::string kind, std::uint32_t style, std::uint32_t dockPosition)
       : key_(std::move(key)), kind_(std::move(kind)), frameStyle_(style), dockPosition_(dockPosition) {}
 
+  /// Called when the person asks for the menu of a window in the frame.
+  using MenuAsked = std::function<void(platform::Window& window, platform::Point at)>;
+  void SetMenuAsked(MenuAsked menuAsked) { menuAsked_ = std::move(menuAsked); }
+
   const std::string& Key() const { return key_; }
   const std::string& Kind() const { return kind_; }
   std::uint32_t FrameStyle() const { return frameStyle_; }
@@ -60,6 +65,7 @@ class FrameWindow final : public platform::Window {
   std::string kind_;
   std::uint32_t frameStyle_;
   std::uint32_t dockPosition_;
+  MenuAsked menuAsked_;
   bool mayDock_ = true;
   bool closing_ = false;
   bool hasBeenShown_ = false;

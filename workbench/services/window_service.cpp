@@ -23,6 +23,16 @@ void Clear(std::uint32_t* outA, std::uint32_t* outB) {
   if (outB) *outB = 0;
 }
 
+std::shared_ptr<platform::Menu> LoadedMenu(qal::ModuleHandle module, std::uint32_t menu) {
+  const platform::ResourceScope scope(module);
+  return platform::Menu::Load(menu);
+}
+
+const platform::AcceleratorTable* LoadedKeys(qal::ModuleHandle module, std::uint32_t table) {
+  const platform::ResourceScope scope(module);
+  return platform::LoadAccelerators(table);
+}
+
 template <class List, class Condition>
 qal::Status EraseIf(List& list, Condition condition) {
   return std::erase_if(list, condition) > 0 ? qal::kOk : qal::kFail;
@@ -85,12 +95,27 @@ std::vector<FrameWindow*> WindowService::FramesInUse() {
 bool WindowService::RunAccelerator(std::uint32_t virtualKey, std::uint8_t modifiers) {
   for (const AcceleratorRegistration& registered : accelerators_) {
     platform::Window* const target = WindowOf(registered.key);
-    const platform::ResourceScope scope(registered.module);
-    const auto* table = platform::LoadAccelerators(registered.table);
+    const auto* table = LoadedKeys(registered.module, registered.table);
     const auto command = table ? platform::Translate(*table, virtualKey, modifiers) : std::nullopt;
     if (target && command) return platform::RunCommand(*target, *command);
   }
   return false;
+}
+
+void WindowService::OpenMenuOf(platform::Window& window, platform::Point at) const {
+  for (const ContextMenu& registered : contextMenus_) {
+    platform::Window* const pane = platform::WindowFrom(registered.window);
+    if (!pane || !window.IsWithin(*pane)) continue;
+    for (const MenuRegistration& menu : menus_) {
+      if (menu.window != registered.window) continue;
+      const auto bar = LoadedMenu(menu.module, menu.menu);
+      if (!bar || bar->Items().empty() || !bar->Items().front().popup) return;
+      const auto popup = bar->Items().front().popup;
+      popup->Update(*pane);
+      platform::TrackPopupMenu(*popup, at, *pane);
+      return;
+    }
+  }
 }
 
 void WindowService::TidyFrames() {
@@ -293,6 +318,7 @@ qal::Status WindowService::CreateFrame(qal::WideText key, qal::WideText title, s
     const std::uint32_t bits = outer ? platform::window_style::kVisible | platform::window_style::kChild : 0;
     if (!made->Create(outer ? outer->Handle() : 0, 0, platform::Narrow(title), bits, kFramePlace))
       return qal::kFail;
+    made->SetMenuAsked([this](platform::Window& window, platform::Point at) { OpenMenuOf(window, at); });
     *frame = made->Handle();
     frames_.push_back(std::move(made));
     if (frameKey) {

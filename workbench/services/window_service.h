@@ -137,6 +137,8 @@ class WindowService final : public qal::IQWindowService4 {
 
  private:
   FrameWindow* FrameOf(qal::WindowHandle window) const;
+  /// Opens the menu that was registered for the pane around a window.
+  void OpenMenuOf(platform::Window& window, platform::Point at) const;
   /// Drops the frames of windows that are closed.
   void TidyFrames();
 
