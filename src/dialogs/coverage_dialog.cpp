@@ -8,6 +8,7 @@
 #include "platform/menu.h"
 #include "platform/paths.h"
 #include "platform/text.h"
+#include "qal/coverage_services.h"
 #include "qal/program_services.h"
 #include "util/placeholder_resolver.h"
 #include "util/texts.h"
@@ -47,17 +48,20 @@ void CoverageDialog::Complain(std::uint32_t textId, std::uint32_t focusId) {
   if (focusId != 0) FocusItem(focusId);
 }
 
+qal::Status CoverageDialog::Evaluate(const std::string& text, std::uint32_t& address) const {
+  if (text.empty()) return kNothingTyped;
+  auto* service = FindService<qal::IQExpression>(host_, qal::iid::kExpression);
+  if (!service) return qal::kFail;
+  std::uint64_t value = 0;
+  const qal::Status status = service->EvaluateInRadix(platform::Wide(text).get(), kHexadecimal, &value);
+  address = static_cast<std::uint32_t>(std::min<std::uint64_t>(value, 0xFFFFFFFF));
+  return status;
+}
+
 std::optional<std::uint32_t> CoverageDialog::AddressIn(std::uint32_t comboId) {
-  const std::string text = TypedIn(comboId);
-  qal::Status status = kNothingTyped;
-  if (!text.empty()) {
-    status = qal::kFail;
-    std::uint64_t value = 0;
-    if (auto* service = FindService<qal::IQExpression>(host_, qal::iid::kExpression)) {
-      status = service->EvaluateInRadix(platform::Wide(text).get(), kHexadecimal, &value);
-    }
-    if (qal::Succeeded(status)) return static_cast<std::uint32_t>(std::min<std::uint64_t>(value, 0xFFFFFFFF));
-  }
+  std::uint32_t address = 0;
+  const qal::Status status = Evaluate(TypedIn(comboId), address);
+  if (qal::Succeeded(status)) return address;
   const std::string reason = DebuggerErrorText(host_, status).value_or("");
   platform::ShowMessageBox(reason.empty() ? coverage::Text(strings::kSyntaxError) : reason,
                            platform::Icon::kExclamation);
@@ -65,8 +69,28 @@ std::optional<std::uint32_t> CoverageDialog::AddressIn(std::uint32_t comboId) {
   return std::nullopt;
 }
 
+std::string CoverageDialog::LabelFile(std::uint32_t comboId) const {
+  auto* source = FindService<qal::IQSource>(host_, qal::iid::kSource);
+  if (!source) return {};
+  std::uint32_t address = 0;
+  platform::WideOut file;
+  std::uint32_t line = 0;
+  if (qal::Succeeded(Evaluate(TypedIn(comboId), address)) &&
+      qal::Succeeded(source->AddressToLine(address, file.put(), &line))) {
+    return file.str();
+  }
+  auto* start = FindService<qal::IQTraceStart>(host_, qal::iid::kTraceStart);
+  if (!start || qal::Failed(start->GetAddress(0, &address)) ||
+      qal::Failed(source->AddressToLine(address, file.put(), &line))) {
+    return {};
+  }
+  return file.str();
+}
+
 void CoverageDialog::ChooseLabel(std::uint32_t comboId) {
-  std::vector<SourceFunction> functions = ListFileFunctions(host_, labelFile_, true).functions;
+  FileFunctions listing = ListFileFunctions(host_, LabelFile(comboId), true);
+  ShowListingFailure(host_, listing);
+  std::vector<SourceFunction>& functions = listing.functions;
   std::sort(functions.begin(), functions.end(),
             [](const SourceFunction& left, const SourceFunction& right) { return left.name < right.name; });
   LabelMenuOwner owner;

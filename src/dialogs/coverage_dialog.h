@@ -17,8 +17,6 @@ class CoverageDialog : public platform::Dialog {
  public:
   /// Shows the dialog; true when it ended with OK.
   bool Run(platform::Window* owner);
-  /// The source file whose functions "Select label..." offers.
-  void SetLabelFile(std::string sourceFile) { labelFile_ = std::move(sourceFile); }
 
  protected:
   /// Identifiers of the two buttons that end the dialog.
@@ -39,7 +37,8 @@ class CoverageDialog : public platform::Dialog {
   /// The number that the debugger makes of an address typed into a combo box. Without one the debugger's
   /// text, or "Syntax error", is shown and the combo box has the focus.
   std::optional<std::uint32_t> AddressIn(std::uint32_t comboId);
-  /// Lets the person pick the name of a function from a menu into a combo box.
+  /// Lets the person pick the name of a function from a menu into a combo box: of the source file in which
+  /// the address there lies, else of the one in which the program stands.
   void ChooseLabel(std::uint32_t comboId);
   /// What is typed into a field, without blanks around it.
   std::string TypedIn(std::uint32_t fieldId) const;
@@ -50,9 +49,12 @@ class CoverageDialog : public platform::Dialog {
   std::string StartDirectory(std::string_view name, std::string_view placeholder) const;
 
  private:
+  /// What the debugger makes of an address text; fails for an empty one.
+  qal::Status Evaluate(const std::string& text, std::uint32_t& address) const;
+  std::string LabelFile(std::uint32_t comboId) const;
+
   qal::IQHost* host_;
   EndButtons buttons_;
-  std::string labelFile_;
 };
 
 }  // namespace coverage

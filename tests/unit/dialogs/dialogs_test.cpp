@@ -48,6 +48,21 @@ TEST(CoverageRange, ChecksARangeInItsOrderAndStaysOpen) {
   EXPECT_EQ(world.ends.texts(), (std::vector<std::string>{"1fff", "200fff"}));
 }
 
+TEST(CoverageRange, OffersTheFunctionsAroundAnAddress) {
+  DialogWorld world;
+  world.target.Line(0x1000, "C:\\space\\demo\\main.c", 1, "");
+  world.target.traceStart.address = 0x1004;
+  const auto pick = [&](const std::string& typed) {
+    return world.Act("type 204 " + typed + ";click 9049;menu main;click 9022", [&] {
+      CoverageRangeDialog(&world.host, world.recent()).AskRange(nullptr, {0, 1});
+    });
+  };
+  EXPECT_EQ(pick("1080"), "");
+  EXPECT_EQ(pick("nowhere"), "") << "then those around the place where the program stands";
+  world.target.source.symbols = nullptr;
+  EXPECT_EQ(pick("1080").substr(0, 42), "[information] Program is not downloaded! (");
+}
+
 TEST(CoverageRange, TakesSourceFilesOnly) {
   DialogWorld world;
   const struct {
