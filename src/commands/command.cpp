@@ -3,6 +3,7 @@
 #include <memory>
 #include <utility>
 
+#include "model/services.h"
 #include "platform/text.h"
 #include "platform/variant.h"
 #include "util/placeholder_resolver.h"
@@ -28,10 +29,7 @@ CCmd::CCmd(qal::IQHost* hostObject, std::uint32_t stripsFirstWord, std::string f
   if (host == nullptr) return;
   host->Advise(&qal::iid::kCmdClient, this);
   host->Advise(&qal::iid::kCmdClient2, this);
-  void* found = nullptr;
-  if (qal::Succeeded(host->GetService(&qal::iid::kExpression, &found))) {
-    expressionService = static_cast<qal::IQExpression*>(found);
-  }
+  expressionService = FindService<qal::IQExpression>(host, qal::iid::kExpression);
 }
 
 CCmd::~CCmd() {
