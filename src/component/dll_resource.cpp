@@ -13,12 +13,11 @@ constexpr std::int32_t kOrdinalVersion = 1;
 
 }  // namespace
 
-CDllResource::~CDllResource() {
-  if (module() && ResourceModule() == module()) SetResourceModule(0);
-}
+CDllResource::~CDllResource() { LeaveCurrent(); }
 
 CDllResource& CDllResource::operator=(const CDllResource& other) {
   if (this == &other) return *this;
+  LeaveCurrent();
   fileName_ = other.fileName_;
   productVersion_ = other.productVersion_;
   type_ = other.type_;
@@ -62,6 +61,7 @@ void CDllResource::QueryAll() {
 }
 
 bool CDllResource::Load(std::string* errorText) {
+  LeaveCurrent();
   module_ = platform::Module::Load(fileName_);
   if (!module_) {
     if (errorText) *errorText = platform::ReplaceAll(Text(strings::kResourceLoadError), "%1", fileName_);
@@ -72,6 +72,7 @@ bool CDllResource::Load(std::string* errorText) {
 }
 
 void CDllResource::Attach(qal::ModuleHandle module) {
+  LeaveCurrent();
   module_ = platform::Module::Attach(module);
   QueryAll();
 }
@@ -91,6 +92,17 @@ bool CDllResource::IsVersion(std::int32_t major, std::int32_t minor) const {
   return interfaceMajor_ == major && interfaceMinor_ == minor;
 }
 
+void CDllResource::MakeCurrent() {
+  if (current_ || !module()) return;
+  AddResourceModule(module());
+  current_ = true;
+}
+
+void CDllResource::LeaveCurrent() {
+  if (current_) RemoveResourceModule(module());
+  current_ = false;
+}
+
 std::unique_ptr<CDllResource> LoadResourceModule(const std::string& path, std::string* errorText) {
   auto resource = std::make_unique<CDllResource>(path);
   if (!resource->Load(errorText)) return nullptr;
@@ -103,7 +115,7 @@ std::unique_ptr<CDllResource> LoadResourceModule(const std::string& path, std::s
     *errorText = Text(strings::kResourceWrongVersion);
     return nullptr;
   }
-  SetResourceModule(resource->module());
+  resource->MakeCurrent();
   return resource;
 }
 

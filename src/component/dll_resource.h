@@ -30,6 +30,9 @@ class CDllResource {
   bool Load(std::string* errorText = nullptr);
   /// Takes over a library that somebody loaded and asks it the four questions.
   void Attach(qal::ModuleHandle module);
+  /// Makes the module the first place where the component's resources are looked up, until the record is
+  /// destroyed or gets another module. A copy is not current.
+  void MakeCurrent();
 
   void GetVersionTexts(std::string* product, std::string* interfaceVersion, std::string* ordinal) const;
   bool IsAtLeast(std::int32_t major, std::int32_t minor) const;
@@ -45,8 +48,10 @@ class CDllResource {
 
  private:
   void QueryAll();
+  void LeaveCurrent();
 
   platform::Module module_;
+  bool current_ = false;
   std::string fileName_;
   std::string productVersion_;
   std::string type_;

@@ -27,8 +27,12 @@ TEST(ResourceModuleLoader, TheComponentsOwnModuleIsTaken) {
   EXPECT_EQ(product + " " + interfaceVersion + " " + ordinal, "1.0 1.0 1");
   EXPECT_EQ(ResourceModule(), resource->module());
   EXPECT_NE(platform::ResourcesOf(ResourceModule()), nullptr);
+  // Each component object of the library has a record of its own; the module goes with the last of them.
+  std::unique_ptr<CDllResource> second = LoadResourceModule(InBin("JepCoverageExtRes.dll"), &error);
   resource.reset();
-  EXPECT_EQ(ResourceModule(), 0u) << "the record is gone";
+  EXPECT_EQ(ResourceModule(), second->module());
+  second.reset();
+  EXPECT_EQ(ResourceModule(), 0u) << "the records are gone";
   EXPECT_EQ(Text(strings::kCode), "Code") << "now from the library's own table";
 }
 
