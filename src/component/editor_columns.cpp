@@ -58,21 +58,17 @@ void EditorColumns::RegisterColumns(qal::IQHost* hostObject, CJepCoverageCtrl* v
 
   qal::IQColumnService* const service = Service();
   if (service == nullptr) return;
-  sourceColumn = Register(*service, kSourceKey, sourceColumnId, sourceTitle, kSourceValue, sourceState);
-  view->SetColumn(EditorColumn::kSource, sourceColumn);
-  service->ShowColumn(sourceColumn);
+  Register(*service, kSourceKey, sourceColumnId, sourceTitle, kSourceValue);
 
   asmColumnId = 1;
   columnKind = kAsmKind;
   columnImages = kAsmImages;
   std::fill(std::begin(asmImageIds), std::end(asmImageIds), -1);
-  asmColumn = Register(*service, kAsmKey, asmColumnId, asmTitle, kAsmValue, asmState);
-  view->SetColumn(EditorColumn::kDisassembly, asmColumn);
-  service->ShowColumn(asmColumn);
+  Register(*service, kAsmKey, asmColumnId, asmTitle, kAsmValue);
 }
 
-std::uint32_t EditorColumns::Register(qal::IQColumnService& service, const char* key, std::uint32_t id,
-                                      const std::string& title, std::uint32_t value, std::uint32_t& state) {
+void EditorColumns::Register(qal::IQColumnService& service, const char* key, std::uint32_t id,
+                             const std::string& title, std::uint32_t value) {
   std::uint32_t handle = 0;
   const platform::Wide wideKey(key);
   if (qal::Succeeded(service.FindColumn(wideKey.get(), &handle))) {
@@ -81,15 +77,18 @@ std::uint32_t EditorColumns::Register(qal::IQColumnService& service, const char*
     service.RegisterColumn(wideKey.get(), this, &handle, id, columnKind, platform::Wide(title).get(),
                            columnImages, -1, columnWidth, 6, 16, value, &qal::id::kColumnRegistration);
   }
+  const Column column = Find(id);
+  *column.handle = handle;
   if (auto* const frame = FindService<qal::IQFrame>(columnHost, qal::iid::kFrame)) {
     std::uint32_t kept = 0;
     if (frame->GetColumnSetting(qal::id::kColumnSetting, qal::id::kColumnSetting, handle, &kept) ==
         qal::kOk) {
-      state = kept;
+      *column.state = kept;
     }
-    service.SetState(nullptr, handle, state);
+    service.SetState(nullptr, handle, *column.state);
   }
-  return handle;
+  view->SetColumn(column.which, handle);
+  service.ShowColumn(handle);
 }
 
 void EditorColumns::UnregisterColumns() {

@@ -63,8 +63,8 @@ class EditorColumns : public qal::IQColumnClient {
 
   bool Active() const;
   qal::IQColumnService* Service() const;
-  std::uint32_t Register(qal::IQColumnService& service, const char* key, std::uint32_t id,
-                         const std::string& title, std::uint32_t value, std::uint32_t& state);
+  void Register(qal::IQColumnService& service, const char* key, std::uint32_t id, const std::string& title,
+                std::uint32_t value);
   qal::Status MoveLines(qal::WideText file, std::uint32_t id, std::uint32_t line, std::int64_t count);
   void RefreshLines(const std::string& file, std::uint32_t handle, std::int32_t first);
   std::uint32_t ImageMask(std::int32_t mark) const;

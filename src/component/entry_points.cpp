@@ -4,15 +4,12 @@
 #include "component/coverage_data_ctrl.h"
 #include "component/instance_registry.h"
 #include "platform/module.h"
-#include "platform/text.h"
 #include "qal/all.h"
 
 /// The five exports of the library. All are called on the IDE's user-interface thread, and nothing is thrown
 /// out of them.
 namespace coverage {
 namespace {
-
-constexpr char kComponentName[] = "Generic JEP Coverage";
 
 InstanceRegistry& Registry() {
   static InstanceRegistry registry;
@@ -26,7 +23,10 @@ extern "C" {
 
 qal::Status LibraryRegister2(qal::IQComponentRegistrar* registrar) try {
   if (registrar != nullptr) {
-    registrar->RegisterComponent(platform::Wide(coverage::kComponentName).get(), 2, 1, 0, &qal::kClassId);
+    // Without memory the component registers without its name.
+    char16_t* const name = qal::AllocText(u"Generic JEP Coverage");
+    registrar->RegisterComponent(name, 2, 1, 0, &qal::kClassId);
+    qal::FreeText(name);
   }
   return qal::kOk;
 } catch (...) {
