@@ -129,9 +129,6 @@ class CJepCoverageCtrl : public CUiDebugCommandSink,
   platform::LResult OnTimer(const platform::Message& message);
 
   std::unique_ptr<CommandModel> model;
-  qal::IQMessageOptions* messageOptions = nullptr;
-  qal::IQSource* sourceService = nullptr;
-  qal::IQColumnService* columnService = nullptr;
   DisplayFont displayFont;
   std::unique_ptr<MessageOptions> options;
   std::uint32_t sessionValue = 0;
@@ -143,7 +140,6 @@ class CJepCoverageCtrl : public CUiDebugCommandSink,
   ReportCollector collector;
   CoverageAutomation automation;
   std::vector<std::unique_ptr<CCoverageCommand>> commands;
-  CCoverageCommand* coverageCommand = nullptr;
   MacroRecorder macro;
   std::unique_ptr<CoverageWindows> windows;
 };

@@ -10,7 +10,6 @@
 namespace coverage {
 namespace {
 
-constexpr char kSessionKey[] = "{WK_00000001_COVERAGE}";
 constexpr char kToolbarKey[] = "{WK_TB00000014_CODE}";
 constexpr platform::LResult kCreationRefused = -1;
 
@@ -18,7 +17,7 @@ constexpr platform::LResult kCreationRefused = -1;
 
 CJepCoverageCtrl::CJepCoverageCtrl(qal::IQHost* hostObject, CUiCustomizer* customizerObject)
     : CUiDebugCommandSink(hostObject, customizerObject),
-      sessionKey(kSessionKey),
+      sessionKey(kCoverageViewKey),
       collector(hostObject),
       automation(*this),
       macro(hostObject, *this) {
@@ -31,18 +30,16 @@ CJepCoverageCtrl::CJepCoverageCtrl(qal::IQHost* hostObject, CUiCustomizer* custo
   ReadDisplayFont(settings, displayFont);
   ReadDisplayColours(settings, textFore, textBack);
 
-  messageOptions = FindService<qal::IQMessageOptions>(host, qal::iid::kMessageOptions);
-  sourceService = FindService<qal::IQSource>(host, qal::iid::kSource);
-  columnService = FindService<qal::IQColumnService>(host, qal::iid::kColumnService);
-  options = std::make_unique<MessageOptions>(messageOptions);
+  options = std::make_unique<MessageOptions>(messageOptionService);
+  auto* const source = FindService<qal::IQSource>(host, qal::iid::kSource);
+  auto* const columns = FindService<qal::IQColumnService>(host, qal::iid::kColumnService);
 
   model = std::make_unique<CommandModel>(host);
   macro.ResetMacroState();
   windows = std::make_unique<CoverageWindows>(
-      *this, CoverageWindows::Parts{host, customizer, settings, *options, macro, projectKeys}, *model,
-      sourceService, columnService);
+      *this, CoverageWindows::Parts{host, customizer, settings, *options, macro, projectKeys}, *model, source,
+      columns);
   commands = MakeCoverageCommands(*this);
-  coverageCommand = commands.empty() ? nullptr : commands.front().get();
 
   if (host != nullptr) {
     host->RegisterProvider(&qal::iid::kCoverageAutomation, static_cast<qal::ICoverageAutomation*>(this));

@@ -9,8 +9,6 @@
 namespace coverage {
 namespace {
 
-constexpr char kSessionKey[] = "{WK_00000001_COVERAGE}";
-
 /// The session's data, open as long as the object lives.
 class OpenSession {
  public:
@@ -47,7 +45,7 @@ qal::Status CJepCoverageCtrl::OnSessionOpened(qal::WideText first, qal::WideText
           project->GetSessionText(first, second, fourth, sessionText.put());
           project->GetProjectName(first, second, projectName.put());
         }
-        sessionKey = kSessionKey + sessionText.str() + projectName.str();
+        sessionKey = kCoverageViewKey + sessionText.str() + projectName.str();
         sessionTexts = {platform::Narrow(first), platform::Narrow(second), platform::Narrow(third),
                         platform::Narrow(fourth)};
         const OpenSession session(host);

@@ -17,8 +17,6 @@
 namespace coverage {
 namespace {
 
-constexpr char kFrameKey[] = "{WK_00000001_COVERAGE}";
-
 // How the IDE is asked for the frame of a window and for the view inside it.
 constexpr std::uint32_t kFrameStyle = 0x1804;
 constexpr std::uint32_t kFrameDock = 0xE81E;
@@ -41,7 +39,7 @@ CoverageWindows::Frame CoverageWindows::NewFrame(const std::string& viewKey) con
   Frame frame{0, viewKey};
   if (customizer == nullptr) return frame;
   const std::string title = Text(strings::kCoverage);
-  customizer->CreateFrame(kFrameKey, title, kFrameStyle, kFrameDock, &frame.window, &frame.viewKey);
+  customizer->CreateFrame(kCoverageViewKey, title, kFrameStyle, kFrameDock, &frame.window, &frame.viewKey);
   if (frame.window == 0) return frame;
   qal::WindowHandle view = 0;
   customizer->CreateFrame(frame.viewKey, title, kViewStyle, 0, &view, nullptr);
