@@ -28,6 +28,8 @@ void CJepCoverageCtrl::OnReset() {
     windows->AfterProgramReload(false);
     model->ClearAll();
     clearPending = 0;
+  } else {
+    windows->RebuildPendingFileWindows();
   }
   Marks().DropLineMarks();
 }

@@ -106,6 +106,9 @@ class CoverageWindows final : public PaneHost,
   void RefreshPanes();
   void RefreshAllStatistics();
   void AfterProgramReload(bool forceZero);
+  /// Fills the file windows again that a reload had to leave as they were: the component was inactive, or the
+  /// program's symbols were not there yet.
+  void RebuildPendingFileWindows();
   void PromptSaveWindows();
   /// What the person is asked before a window is saved.
   std::string SaveQuestion(const StatisticsPane& window) const;
@@ -191,6 +194,7 @@ class CoverageWindows final : public PaneHost,
   void ShowWindow(StatisticsPane& window);
   /// After ranges were added: a file adds many before they are shown.
   void ShowRanges(StatisticsPane& window);
+  void RebuildFileWindows();
   void FillAgain(StatisticsPane& window);
   FileFunctions List(const std::string& sourceFile);
   void Forget(StatisticsPane& window);
@@ -223,7 +227,7 @@ class CoverageWindows final : public PaneHost,
   DataPane* changingSource = nullptr;
   std::array<bool, 3> sortedAscending{};
   bool loading = false;
-  bool reopenPending = false;
+  bool reopenPending = false;  ///< file windows wait for the symbols of the program
 };
 
 }  // namespace coverage

@@ -10,6 +10,7 @@
 #include "util/texts.h"
 #include "view/active_session.h"
 #include "view/coverage_windows.h"
+#include "view/raised.h"
 
 // Closing coverage windows, asking before data go, and what becomes of the windows when the program changes.
 
@@ -42,9 +43,11 @@ bool CoverageWindows::CloseWindow(StatisticsPane& window) {
                                           [&](const auto& each) { return atStake(*each.second); });
     if (ask) {
       const Confirmation answer = ConfirmClear();
-      if (answer == Confirmation::kCancelled) return false;
+      // While a question is open the IDE may close windows, this one too.
+      if (answer == Confirmation::kCancelled || !IsOpen(&window)) return false;
       if (answer == Confirmation::kSaveFirst) {
         SaveWindow(window);
+        if (!IsOpen(&window)) return false;
       } else if (isFile) {
         first->modified = 0;
       }
@@ -88,7 +91,7 @@ bool CoverageWindows::CloseByHandle(qal::WindowHandle handle) {
     if (customizer != nullptr) customizer->SetFrameState(frame, kClosedFrame);
     if (CloseWindow(*window)) {
       Forget(*window);
-    } else if (hides) {
+    } else if (hides && IsOpen(window)) {
       // A window that the person keeps stays in view.
       customizer->SetFrameState(frame, state);
     }
@@ -197,16 +200,25 @@ void CoverageWindows::AfterProgramReload(bool forceZero) {
     }
     if (DataPane* const displayed = window->DisplayedPane()) displayed->RegisterRange(isFile);
   }
-  if (fileWindows) {
-    reopenPending = !ComponentActive(host) || !SymbolsThere(host);
-    const std::vector<StatisticsPane*> open = windows;
-    for (StatisticsPane* window : open) {
-      if (!reopenPending && window->Record().kind == WindowKind::kFile && CloseWindow(*window)) {
-        FillAgain(*window);
-      }
-    }
-  }
+  if (fileWindows) RebuildFileWindows();
   marks.DropLineMarks();
+  RefreshPanes();
+  RedrawPanes();
+}
+
+void CoverageWindows::RebuildFileWindows() {
+  reopenPending = !ComponentActive(host) || !SymbolsThere(host);
+  if (reopenPending) return;
+  const std::vector<StatisticsPane*> open = windows;
+  for (StatisticsPane* window : open) {
+    if (!IsOpen(window) || window->Record().kind != WindowKind::kFile) continue;
+    if (CloseWindow(*window)) FillAgain(*window);
+  }
+}
+
+void CoverageWindows::RebuildPendingFileWindows() {
+  if (!reopenPending) return;
+  RebuildFileWindows();
   RefreshPanes();
   RedrawPanes();
 }
@@ -222,6 +234,8 @@ void CoverageWindows::FillAgain(StatisticsPane& window) {
   for (const auto& [number, pane] : panes) {
     if (pane != kept) DeletePane(*pane);
   }
+  // The coverage switch is set once, when all functions are there.
+  const Raised raised(loading);
   std::vector<std::string> names;
   for (const SourceFunction& function : listing.functions) {
     const bool first = names.empty();

@@ -66,7 +66,7 @@ void CoverageWindows::NoteSaved(const std::string& path) {
 bool CoverageWindows::SaveWindow(StatisticsPane& window) {
   if (window.Record().instances.empty()) return false;
   const auto path = AskSavePath(nullptr);
-  if (!path) return false;
+  if (!path || !IsOpen(&window)) return false;
   macro.RecordSave(*path);
   if (!WriteWindows(*path, {&window}, window.Record().kind, true)) return false;
   NoteSaved(*path);
@@ -76,7 +76,7 @@ bool CoverageWindows::SaveWindow(StatisticsPane& window) {
 bool CoverageWindows::SaveRangeWindows(StatisticsPane& window, bool individual) {
   if (window.Record().kind == WindowKind::kFile) return SaveWindow(window);
   const auto path = AskSavePath(nullptr);
-  if (!path) return false;
+  if (!path || !IsOpen(&window)) return false;
   std::vector<StatisticsPane*> saved{&window};
   if (!individual) {
     saved = windows;

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+
 #include "doubles/scratch_disk.h"
 #include "formatview/command_sink.h"
 #include "platform/presenter.h"
@@ -196,6 +198,20 @@ TEST_F(Windows, ADownloadGivesFunctionsTheirNewAddresses) {
   EXPECT_EQ(range->Record().instances[1]->counts->Lookup(0x2000)->times, 0u);
   EXPECT_EQ(range->Record().instances[1]->percentage, 0u);
   EXPECT_EQ(Open().Windows()[1]->List().RowCount(), 3);
+}
+
+TEST_F(Windows, FunctionsWaitForTheSymbolsOfADownload) {
+  Open().NewFileWindow(ViewWorld::kSource, "main.c");
+  world.target.Function(ViewWorld::kSource, "late", 0x1020, 0x102F);
+  qal::IQSymbolTable* const symbols = std::exchange(world.target.source.symbols, nullptr);
+  const std::string old = "file 1:1000-100f=main* 2:1010-101f=step\n";
+  view->OnDownload();
+  EXPECT_EQ(Picture(), old);
+  view->OnReset();
+  EXPECT_EQ(Picture(), old);
+  world.target.source.symbols = symbols;
+  view->OnReset();
+  EXPECT_EQ(Picture(), "file 1:1000-100f=main* 2:1010-101f=step 3:1020-102f=late\n");
 }
 
 TEST_F(Windows, WhatIsSavedComesBack) {
