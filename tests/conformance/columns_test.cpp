@@ -137,6 +137,36 @@ TEST_F(Columns, LinesOfNoWindowHaveNoMark) {
   }
 }
 
+TEST_F(Columns, LinesOfACommandRangeAreMarkedUntilTheyMove) {
+  Start();
+  EXPECT_EQ(ide.Run("cvr 0x1000 0x100f").substr(0, 3), "ok:");
+  ide.path = {0x1002, 0x1040};
+  const Id report = MakeId("{6FBF8260-37F3-11D5-A5D8-0000E2257DCD}");
+  Call(ide.QueryInterface2(kKey, "{A8495747-DE13-11D3-8AF5-00AA0026624A}"), 3, &report);
+  Value image, mask;
+  std::uint32_t size = 0;
+  EXPECT_EQ(Call(client, 13, std::int32_t{1}, std::uint32_t{7}, kAsm, &image, &mask, &size), kOk);
+  for (Value* value : {&image, &mask}) FreeArray(static_cast<ValueArray*>(value->pointer));
+  const auto shown = [&](std::uint32_t line) {
+    ide.TakeLog();
+    Out text;
+    std::int32_t width = 0;
+    std::uint32_t bits = 0;
+    const Result result = Call(client, 16, text.put(), &width, file.get(), kAsm, line);
+    const Result marked = Call(client, 14, line, file.get(), kAsm, &bits);
+    return "'" + text.str() + "' " + std::to_string(width) + ' ' + std::to_string(result) + ' ' +
+           (marked == kOk ? std::to_string(bits) : "none") + '\n' + ide.TakeLog();
+  };
+  EXPECT_EQ(shown(0x1000), "'*' 6 0 none\nRefreshLines \\src\\main.c 12 4096 4096\n");
+  EXPECT_EQ(shown(0x1002), "'T' 6 0 128\nRefreshLines \\src\\main.c 12 4098 4098\n");
+  EXPECT_EQ(shown(0x1004), "'-' 6 0 none\nRefreshLines \\src\\main.c 12 4100 4100\n");
+  EXPECT_EQ(shown(0x1010), "'' -1 1 none\n");
+  EXPECT_EQ(Call(client, 6, file.get(), kAsm, std::uint32_t{0x1000}, std::uint32_t{0x100}), kOk);
+  EXPECT_EQ(shown(0x1102), "'T' 6 0 128\n") << "kept, and moved with its line";
+  EXPECT_EQ(Call(client, 7, file.get(), kAsm, std::uint32_t{0x1000}, std::uint32_t{0x100}), kOk);
+  EXPECT_EQ(shown(0x1002), "'T' 6 0 128\n");
+}
+
 TEST_F(Columns, TitlesGoByHandle) {
   Start();
   const struct {
@@ -160,11 +190,20 @@ TEST_F(Columns, NothingHappensWhileAnotherSessionIsCurrent) {
   Start();
   ide.active = false;
   Call(client, 3, file.get(), kSource);
-  EXPECT_EQ(Call(client, 3, file.get(), kSource), kFailure);
-  EXPECT_EQ(Call(client, 4, file.get(), std::uint32_t{2}), kFailure);
-  EXPECT_EQ(Call(client, 5, file.get(), kSource, std::uint32_t{1}, std::uint32_t{1}), kFailure);
-  EXPECT_EQ(Call(client, 9, kSource, std::uint32_t{1}), kFailure);
-  EXPECT_EQ(Call(client, 12, file.get(), kSource, std::uint32_t{1}), kFailure);
+  const std::uint32_t one = 1;
+  for (const int slot : {3, 4}) EXPECT_EQ(Call(client, slot, file.get(), kSource), kFailure) << slot;
+  for (const int slot : {5, 6, 7})
+    EXPECT_EQ(Call(client, slot, file.get(), kAsm, one, one), kFailure) << slot;
+  for (const int slot : {9, 11}) EXPECT_EQ(Call(client, slot, kSource, one), kFailure) << slot;
+  for (const int slot : {10, 12}) EXPECT_EQ(Call(client, slot, file.get(), kSource, one), kFailure) << slot;
+  EXPECT_EQ(Call(client, 4, file.get(), std::uint32_t{2}), kFailure) << "whatever the column";
+  Value image, mask;
+  std::uint32_t a = 5, b = 5;
+  const std::uintptr_t none = 0;
+  EXPECT_EQ(Call(client, 13, std::int32_t{1}, one, kAsm, &image, &mask, &a), kFailure);
+  EXPECT_EQ(Call(client, 14, one, file.get(), kAsm, &a), kFailure);
+  EXPECT_EQ(Call(client, 15, &a, &b, none, none, none), kFailure);
+  EXPECT_EQ(a + b, 10u) << "nothing is written";
   const std::uint32_t handle = 11;
   Out title, text;
   std::int32_t width = 5;
