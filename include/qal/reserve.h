@@ -5,6 +5,10 @@
 /// Fills slots that the contract does not name, so that the named ones stand where their numbers say.
 namespace qal {
 
+// Entries of one name in a chain of bases hide each other, which is no harm: nobody calls them by name.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Woverloaded-virtual"
+
 /// Tells reserved entries apart: functions of one name take one slot for each parameter type.
 template <int Slot>
 struct ReservedSlot;
@@ -27,6 +31,8 @@ struct ReservedBlock : Base {
   virtual Status Reserved(ReservedSlot<Slot + 6>*) { return Result; }
   virtual Status Reserved(ReservedSlot<Slot + 7>*) { return Result; }
 };
+
+#pragma GCC diagnostic pop
 
 template <class Base, int First, int Count, Status Result>
 struct ReserveRange {
