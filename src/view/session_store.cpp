@@ -35,7 +35,8 @@ const std::string kSourcePath = "JepCov_Src_Open";
 constexpr std::size_t kMostFiles = 4;
 // A session is somebody else's data: no number in it makes the views run on for ever.
 constexpr std::uint32_t kMostFileWindows = 100;
-constexpr std::uint32_t kMostInstances = 100'000;
+constexpr std::uint32_t kMostRanges = 10'000;
+constexpr std::uint32_t kMostFunctions = 100'000;  ///< of one file
 
 /// What the keys of a file window's functions begin with.
 std::string FunctionKey(std::uint32_t window) {
@@ -186,9 +187,9 @@ void SessionStore::RestoreRangeWindows() {
   std::vector<SavedRange> ranges;
   CellBudget budget;
   std::uint32_t global = 0;
-  for (std::uint32_t i = 0; i < count && global < kMostInstances; ++i) {
+  for (std::uint32_t i = 0; i < count && global < kMostRanges; ++i) {
     const std::uint32_t instances = std::max(GetNumber(kWindows + std::to_string(i)), 1u);
-    for (std::uint32_t k = 0; k < instances && global < kMostInstances; ++k, ++global) {
+    for (std::uint32_t k = 0; k < instances && global < kMostRanges; ++k, ++global) {
       const SavedRange saved = GetInstance(kInstance + std::to_string(global));
       if (saved.start > saved.end || !budget.Take(saved.start, saved.end)) continue;
       // From 0 to 0 is no range: the next one takes its place.
@@ -199,16 +200,17 @@ void SessionStore::RestoreRangeWindows() {
   windows_.RestoreRanges(ranges, panes < count ? GetText(kViewKey + std::to_string(panes)) : std::string{});
 }
 
-void SessionStore::RestoreFileWindow(std::uint32_t index, std::uint32_t& functionsLeft) {
+void SessionStore::RestoreFileWindow(std::uint32_t index) {
   const std::string key = kFileWindow + std::to_string(index);
-  const std::uint32_t count = std::min(GetNumber(key), functionsLeft);
-  functionsLeft -= count;
+  const std::uint32_t count = std::min(GetNumber(key), kMostFunctions);
   const std::string typed = GetText(key + kSourceFile);
   const std::string viewKey = GetText(key + kViewKey + std::to_string(index));
   std::multimap<std::string, SavedRange> functions;
   for (std::uint32_t k = 0; k < count; ++k) {
     const std::string function = FunctionKey(index) + std::to_string(k);
-    functions.emplace(GetText(function + kFunctionName), GetInstance(function));
+    const std::string name = GetText(function + kFunctionName);
+    if (name.empty()) break;
+    functions.emplace(name, GetInstance(function));
   }
   if (typed.empty()) return;
   StatisticsPane* const window = windows_.NewFileWindow(Expand(typed), typed, viewKey);
@@ -233,8 +235,7 @@ void SessionStore::Restore() {
   memory.sourcePath = Expand(GetText(kSourcePath));
   RestoreRangeWindows();
   const std::uint32_t files = std::min(GetNumber(kFileWindows), kMostFileWindows);
-  std::uint32_t functionsLeft = kMostInstances;
-  for (std::uint32_t i = 0; i < files; ++i) RestoreFileWindow(i, functionsLeft);
+  for (std::uint32_t i = 0; i < files; ++i) RestoreFileWindow(i);
   const std::uint32_t named = std::min(GetNumber(kFileCount), static_cast<std::uint32_t>(kMostFiles));
   for (std::uint32_t i = 0; i < named; ++i) {
     const std::string file = GetText(kFile + std::to_string(i));

@@ -35,7 +35,7 @@ class SessionStore {
   std::uint32_t SaveFileWindows();
   void OfferToSave();
   void RestoreRangeWindows();
-  void RestoreFileWindow(std::uint32_t index, std::uint32_t& functionsLeft);
+  void RestoreFileWindow(std::uint32_t index);
   std::string Collapse(const std::string& path) const;
   std::string Expand(const std::string& path) const;
 
