@@ -144,6 +144,12 @@ bool ReplaceFile(const std::string& path, std::string_view content, std::string*
   return fail(reason);
 }
 
+bool MoveFile(const std::string& from, const std::string& to, std::string* error) {
+  if (rename(ToNative(from).c_str(), ToNative(to).c_str()) == 0) return true;
+  if (error) *error = ErrorText(errno);
+  return false;
+}
+
 void SetDiskSpace(std::optional<std::uint64_t> bytes) {
   diskSpace = bytes ? static_cast<std::int64_t>(std::min<std::uint64_t>(*bytes, INT64_MAX)) : -1;
 }

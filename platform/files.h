@@ -15,6 +15,7 @@
 namespace platform {
 
 PLATFORM_API bool PathExists(const std::string& path);
+PLATFORM_API bool MoveFile(const std::string& from, const std::string& to, std::string* error = nullptr);
 PLATFORM_API bool IsDirectory(const std::string& path);
 /// One level; true as well when the directory is there already.
 PLATFORM_API bool CreateDirectory(const std::string& path);

@@ -178,6 +178,7 @@ bool Console::Execute(const std::string& line) {
         if (!verb) throw VerbError(first + " is no command and no verb; help lists them");
         words.Take("the verb");
         verb->handler(*this, words);
+        if (verb->recorded && ide_->Macro().Recording()) ide_->Macro().RecordLine(platform::Wide(line).get());
       }
     }
     Settle();
@@ -187,6 +188,16 @@ bool Console::Execute(const std::string& line) {
     Fail(error.what());
   }
   return failures_ == before;
+}
+
+void Console::Play(const std::vector<std::string>& lines) {
+  if (playing_) throw VerbError("a macro cannot play another one");
+  playing_ = true;
+  for (const std::string& line : lines) {
+    Print("macro: " + line);
+    if (!Execute(line) || quit_) break;  // a command that fails is reported, and the rest goes on
+  }
+  playing_ = false;
 }
 
 bool Console::ExecuteMeanwhile(const std::string& line) {

@@ -5,6 +5,7 @@
 #include <ostream>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/script_presenter.h"
 #include "workbench/console/line_source.h"
@@ -50,6 +51,9 @@ class Console final : public IdeUser {
   /// output. At most `limit` lines of output are shown, the rest is counted. False when the command failed.
   bool RunCommand(const std::string& line, std::size_t limit = kEveryLine);
 
+  /// Carries out the lines of a macro, up to one that is refused. VerbError when a macro is playing.
+  void Play(const std::vector<std::string>& lines);
+
   /// Value of an address expression; numbers are hexadecimal. VerbError when it has none.
   std::uint32_t AddressOf(const std::string& expression);
 
@@ -84,6 +88,7 @@ class Console final : public IdeUser {
   platform::PresenterScope presenterScope_;
   qal::IQCmdClient2* pending_ = nullptr;  // a command that asked for another line
   std::string pendingPrompt_;
+  bool playing_ = false;
   bool quit_ = false;
   bool failed_ = false;
   int failures_ = 0;

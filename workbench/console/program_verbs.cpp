@@ -158,6 +158,16 @@ void OnCat(Console& console, Words& words) {
   }
 }
 
+void OnMove(Console& console, Words& words) {
+  const std::string from = words.Take("the file");
+  const std::string to = words.Take("its new name");
+  words.End();
+  if (platform::PathExists(console.ide().PathFor(to))) throw VerbError("there is a file " + to + " already");
+  std::string error;
+  if (!platform::MoveFile(console.ide().PathFor(from), console.ide().PathFor(to), &error))
+    throw VerbError(from + ": " + error);
+}
+
 void OnSame(Console& console, Words& words) {
   const std::string first = words.Take("the first file");
   const std::string second = words.Take("the second file");
@@ -177,13 +187,15 @@ void OnSame(Console& console, Words& words) {
 
 constexpr Verb kVerbs[] = {
     {"program", "load FILE\ninfo\nfunctions [FILE]", "Loads an image, or shows what it holds.", OnProgram},
-    {"download", "", "Loads the image again, as a debugger does after a build.", OnDownload},
-    {"run", "[COUNT]\nto SYMBOL|ADDRESS", "Runs to the end, for COUNT instructions, or to a place.", OnRun},
-    {"reset", "", "Puts the target back to its start.", OnReset},
+    {"download", "", "Loads the image again, as a debugger does after a build.", OnDownload, true},
+    {"run", "[COUNT]\nto SYMBOL|ADDRESS", "Runs to the end, for COUNT instructions, or to a place.", OnRun,
+     true},
+    {"reset", "", "Puts the target back to its start.", OnReset, true},
     {"where", "", "Shows where the target stands.", OnWhere},
     {"evaluate", "EXPRESSION", "Shows the address that an expression gives; numbers are hexadecimal.",
      OnEvaluate},
     {"same", "FILE FILE", "Says whether two files are the same, or where they begin to differ.", OnSame},
+    {"move", "FILE FILE", "Gives a file of the project another name.", OnMove},
     {"cat", "FILE [LINES]", "Prints a text file of the project.", OnCat},
 };
 

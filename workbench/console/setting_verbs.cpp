@@ -1,3 +1,6 @@
+#include <algorithm>
+
+#include "platform/files.h"
 #include "platform/text.h"
 #include "platform/variant.h"
 #include "workbench/console/console.h"
@@ -8,6 +11,7 @@ namespace {
 using platform::Wide;
 using platform::WideOut;
 
+constexpr std::size_t kLargestMacro = 1u << 20;
 constexpr std::uint64_t kHighestSize = 1000;
 constexpr std::uint64_t kHighestColour = 19;
 
@@ -75,9 +79,39 @@ void OnOption(Console& console, Words& words) {
   if (!console.ide().Options().Switch(name, on)) throw VerbError("there is no option " + name);
 }
 
+std::string MacroText(const std::vector<std::string>& lines) {
+  std::string text;
+  for (const std::string& line : lines) text += line + "\n";
+  return text;
+}
+
+std::vector<std::string> ReadMacro(const std::string& file, const std::string& path) {
+  auto text = platform::ReadFile(path, kLargestMacro);
+  if (!text) throw VerbError(file + " cannot be read");
+  std::vector<std::string> lines;
+  for (std::size_t at = 0; at < text->size();) {
+    const std::size_t end = std::min(text->find('\n', at), text->size());
+    const std::string line = platform::Trim(text->substr(at, end - at));
+    if (!line.empty()) lines.push_back(line);
+    at = end + 1;
+  }
+  return lines;
+}
+
 void OnMacro(Console& console, Words& words) {
   MacroRecorder& macro = console.ide().Macro();
-  const std::string what = words.Take("start, stop, show or play");
+  const std::string what = words.Take("start, stop, show, save or play");
+  const bool play = SameWord(what, "play");
+  if (play || SameWord(what, "save")) {
+    const std::string file = words.Rest();
+    const std::string path = file.empty() ? file : console.ide().PathFor(file);
+    if (macro.Recording()) throw VerbError("the macro is being recorded; macro stop ends that");
+    if (play) return console.Play(file.empty() ? macro.Lines() : ReadMacro(file, path));
+    if (file.empty()) throw VerbError("the file is missing");
+    std::string error;
+    if (!platform::ReplaceFile(path, MacroText(macro.Lines()), &error)) throw VerbError(file + ": " + error);
+    return;
+  }
   words.End();
   if (SameWord(what, "start")) {
     macro.Start();
@@ -86,15 +120,8 @@ void OnMacro(Console& console, Words& words) {
   } else if (SameWord(what, "show")) {
     for (const std::string& line : macro.Lines()) console.Print(line);
     console.Print(Counted(macro.Lines().size(), "line") + (macro.Recording() ? ", recording" : ""));
-  } else if (SameWord(what, "play")) {
-    if (macro.Recording()) throw VerbError("the macro is being recorded; macro stop ends that");
-    for (const std::string& line : macro.Lines()) {
-      console.Print("macro: " + line);
-      // A recorded line carries doubled backslashes.
-      console.RunCommand(platform::ReplaceAll(line, "\\\\", "\\"));
-    }
   } else {
-    throw VerbError("macro " + what + " is not known: start, stop, show or play");
+    throw VerbError("macro " + what + " is not known: start, stop, show, save or play");
   }
 }
 
@@ -120,7 +147,8 @@ constexpr Verb kVerbs[] = {
     {"colours", "[CATEGORY FORE BACK]", "Shows or sets their colours, by index.", OnColours},
     {"options", "", "Lists the questions that can be switched off.", OnOptions},
     {"option", "NAME|NUMBER on|off", "Switches a question.", OnOption},
-    {"macro", "start|stop|show|play", "Records what is done in windows as commands, and plays it.", OnMacro},
+    {"macro", "start|stop|show\nsave FILE\nplay [FILE]",
+     "Records what is done in windows, and the runs between, as lines that can be played again.", OnMacro},
     {"session", "save NAME\nopen NAME\nlist", "Saves or restores the open windows.", OnSession},
 };
 

@@ -18,6 +18,7 @@ struct Verb {
   std::string_view usage;  ///< what stands behind the name; several forms are divided by line breaks
   std::string_view help;   ///< one sentence
   void (*handler)(Console& console, Words& words);
+  bool recorded = false;  ///< the line becomes part of a macro that is being recorded
 };
 
 /// The groups, each in a file of its own. A handler throws VerbError when the verb cannot be carried out.
