@@ -11,7 +11,7 @@ CommandModel::CommandModel(qal::IQHost* host)
   byId_.emplace(store_->id(), store_.get());
 }
 
-CommandModel::~CommandModel() {
+void CommandModel::Withdraw() {
   RemoveAllWindows();
   store_->RemoveRange();
 }

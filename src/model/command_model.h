@@ -39,10 +39,11 @@ class CommandModel {
  public:
   /// `host` is borrowed and may be null.
   explicit CommandModel(qal::IQHost* host);
-  /// Withdraws all ranges from the debugger. No Reader may be left.
-  ~CommandModel();
   CommandModel(const CommandModel&) = delete;
   CommandModel& operator=(const CommandModel&) = delete;
+  /// Withdraws all ranges from the debugger and forgets the windows: what the owner does while its host is
+  /// still there. No Reader may be left.
+  void Withdraw();
 
   // The current range.
   CoverageCounts& commandStore() { return *store_; }

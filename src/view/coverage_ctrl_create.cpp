@@ -52,10 +52,9 @@ void CJepCoverageCtrl::End() {
   if (std::exchange(ended, true)) return;
   const platform::ResourceScope scope(Resources());
   options->Withdraw();
-  model->commandStore().RemoveRange();
   // The listings of "coverage_display" read the model: they end with their command, before the model goes.
   while (!commands.empty()) commands.erase(commands.begin());
-  model->RemoveAllWindows();
+  model->Withdraw();
   if (host != nullptr) {
     host->Unadvise(&qal::iid::kWorkSpaceClient, static_cast<qal::IQWorkSpaceClient2*>(this));
     host->Unadvise(&qal::iid::kWorkSpaceClient2, static_cast<qal::IQWorkSpaceClient2*>(this));

@@ -129,12 +129,11 @@ TEST_F(CommandModelTest, EnablesAndClears) {
 }
 
 TEST_F(CommandModelTest, EndingWithdrawsEveryRange) {
-  {
-    CommandModel model(&host);
-    model.SetStoreRange(0x10, 0x1F);
-    model.AddWindow(0x20, 0x2F, "f");
-    log.Clear();
-  }
+  CommandModel model(&host);
+  model.SetStoreRange(0x10, 0x1F);
+  model.AddWindow(0x20, 0x2F, "f");
+  log.Clear();
+  model.Withdraw();
   EXPECT_EQ(log.Text(), "path.RemoveRange(0x20, 0x2f)\npath.RemoveRange(0x10, 0x1f)\n");
 }
 
