@@ -6,8 +6,6 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
 endif()
 # Interfaces of the contract have no virtual destructor: nobody deletes through them.
 add_compile_options($<$<COMPILE_LANGUAGE:CXX>:-Wno-non-virtual-dtor>)
-# Reserved slots share one name on purpose; clang warns of that with -Wall, g++ does not.
-add_compile_options($<$<COMPILE_LANGUAGE:CXX>:-Wno-overloaded-virtual>)
 
 if(QAL_SANITIZE)
   add_compile_options(-fsanitize=${QAL_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
