@@ -2,10 +2,6 @@
 
 #include "qal/unknown.h"
 
-// Reserved entries hide those of their bases, which are not called by name.
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Woverloaded-virtual"
-
 /// Fills slots that the contract does not name, so that the named ones stand where their numbers say.
 namespace qal {
 
@@ -57,5 +53,3 @@ template <class Base, int First, int Last, Status Result = kFail>
 using Reserve = typename ReserveRange<Base, First, Last - First + 1, Result>::Type;
 
 }  // namespace qal
-
-#pragma GCC diagnostic pop
