@@ -1,25 +1,18 @@
 #include <algorithm>
 
+#include "platform/file_dialog.h"
 #include "platform/menu.h"
 #include "platform/picture.h"
 #include "platform/resources.h"
 #include "workbench/console/console.h"
+#include "workbench/services/main_menu.h"
 
-// The menus and toolbars that components have given the IDE.
+// The menu bar and the toolbars: the IDE's own and what components have given it.
 
 namespace workbench {
 namespace {
 
 constexpr std::uint64_t kHighestCommand = 0xFFFF;
-
-/// Target of a menu's commands: the window that registered it, else the pane with the focus when it offers
-/// it.
-platform::Window* TargetOf(Console& console, const WindowService::MenuRegistration& menu) {
-  if (menu.window == 0) return console.ide().Windows().WindowOf(menu.key);
-  platform::Window* const window = platform::WindowFrom(menu.window);
-  platform::Window* const focused = platform::FocusedWindow();
-  return window && focused && focused->IsWithin(*window) ? window : nullptr;
-}
 
 std::uint32_t TakeCommand(Words& words) {
   const auto command = static_cast<std::uint32_t>(words.TakeNumber("the command", kHighestCommand));
@@ -35,26 +28,42 @@ void Run(platform::Window& target, std::uint32_t command) {
   if (!platform::RunCommand(target, command)) throw VerbError("the command is disabled");
 }
 
-void OnMenu(Console& console, Words& words) {
-  const auto& menus = console.ide().Windows().Menus();
-  if (words.Empty()) {
-    for (const auto& registration : menus) {
-      platform::Window* const target = TargetOf(console, registration);
-      if (!target) continue;
-      const platform::ResourceScope scope(registration.module);
-      const auto menu = platform::Menu::Load(registration.menu);
-      if (!menu) throw VerbError("the component's library has no menu " + std::to_string(registration.menu));
-      menu->Update(*target);
-      console.Print(platform::Picture(*menu));
+/// A command of the IDE's own menus does what a verb does.
+void RunOwn(Console& console, std::uint32_t command) {
+  switch (command) {
+    case own_command::kOpenProgram: {
+      platform::FileDialogRequest request;
+      request.filter = "Programs (*.elf)|*.elf|All files (*.*)|*.*||";
+      if (const auto file = platform::AskForFile(request)) console.Execute("program load " + *file);
+      return;
     }
-    return;
+    case own_command::kDownload:
+      console.Execute("download");
+      return;
+    case own_command::kRun:
+      console.Execute("run");
+      return;
+    case own_command::kReset:
+      console.Execute("reset");
+      return;
+    default:
+      console.Quit();
   }
+}
+
+void OnMenu(Console& console, Words& words) {
+  const WindowService& windows = console.ide().Windows();
+  const platform::Menu bar = MainMenu(windows, console.ide().Debugger().Current() != nullptr);
+  if (words.Empty()) return console.Print(platform::Picture(bar));
   const std::uint32_t command = TakeCommand(words);
-  for (const auto& registration : menus) {
-    platform::Window* const target = TargetOf(console, registration);
+  for (const auto& registration : windows.Menus()) {
+    platform::Window* const target = TargetOf(windows, registration);
     if (target && Holds(registration.commands, command)) return Run(*target, command);
   }
-  throw VerbError("no menu has the command " + std::to_string(command) + "; menu lists them");
+  const platform::MenuItem* const own = bar.Find(command);
+  if (!own) throw VerbError("no menu has the command " + std::to_string(command) + "; menu lists them");
+  if (!own->enabled) throw VerbError("the command is disabled");
+  RunOwn(console, command);
 }
 
 /// The pane with the focus, its frame, and the toolbar that the frame wears.
@@ -111,7 +120,7 @@ void OnSend(Console&, Words& words) {
 }
 
 constexpr Verb kVerbs[] = {
-    {"menu", "\nID", "Lists the registered menu commands, or chooses one.", OnMenu},
+    {"menu", "\nID", "Shows the menu bar, or chooses a command of it.", OnMenu},
     {"toolbar", "\nID", "Lists the toolbars of the IDE and of the focused window, or presses a button.",
      OnToolbar},
     {"send", "ID", "Sends a command to the focused pane, also one that stands in no menu.", OnSend},
