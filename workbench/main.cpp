@@ -90,7 +90,8 @@ int main(int argc, char** argv) {
   app.add_option("-e", given.lines, "A line to carry out; may be given several times, before the script")
       ->type_name("LINE")
       ->allow_extra_args(false);
-  app.add_flag("--keep-going", given.keepGoing, "A script goes on after a line that fails; its status is 1 all the same");
+  app.add_flag("--keep-going", given.keepGoing,
+               "A script goes on after a line that fails; its status is 1 all the same");
   app.add_option("PROGRAM", given.program, "The image to load")->type_name("");
   CLI11_PARSE(app, argc, argv);
   try {

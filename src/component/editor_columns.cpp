@@ -35,9 +35,17 @@ qal::IQColumnService* EditorColumns::Service() const {
   return FindService<qal::IQColumnService>(columnHost, qal::iid::kColumnService);
 }
 
+EditorColumns::Column EditorColumns::SourceColumn() {
+  return {EditorColumn::kSource, &sourceColumn, &sourceState, &sourceMode};
+}
+
+EditorColumns::Column EditorColumns::AsmColumn() {
+  return {EditorColumn::kDisassembly, &asmColumn, &asmState, &asmMode};
+}
+
 EditorColumns::Column EditorColumns::Find(std::uint32_t id) {
-  if (id == sourceColumnId) return {EditorColumn::kSource, &sourceColumn, &sourceState, &sourceMode};
-  if (id == asmColumnId) return {EditorColumn::kDisassembly, &asmColumn, &asmState, &asmMode};
+  if (id == sourceColumnId) return SourceColumn();
+  if (id == asmColumnId) return AsmColumn();
   return {};
 }
 
@@ -58,17 +66,17 @@ void EditorColumns::RegisterColumns(qal::IQHost* hostObject, CJepCoverageCtrl* v
 
   qal::IQColumnService* const service = Service();
   if (service == nullptr) return;
-  Register(*service, kSourceKey, sourceColumnId, sourceTitle, kSourceValue);
+  Register(*service, kSourceKey, sourceColumnId, SourceColumn(), sourceTitle, kSourceValue);
 
   asmColumnId = 1;
   columnKind = kAsmKind;
   columnImages = kAsmImages;
   std::fill(std::begin(asmImageIds), std::end(asmImageIds), -1);
-  Register(*service, kAsmKey, asmColumnId, asmTitle, kAsmValue);
+  Register(*service, kAsmKey, asmColumnId, AsmColumn(), asmTitle, kAsmValue);
 }
 
 void EditorColumns::Register(qal::IQColumnService& service, const char* key, std::uint32_t id,
-                             const std::string& title, std::uint32_t value) {
+                             const Column& column, const std::string& title, std::uint32_t value) {
   std::uint32_t handle = 0;
   const platform::Wide wideKey(key);
   if (qal::Succeeded(service.FindColumn(wideKey.get(), &handle))) {
@@ -77,7 +85,6 @@ void EditorColumns::Register(qal::IQColumnService& service, const char* key, std
     service.RegisterColumn(wideKey.get(), this, &handle, id, columnKind, platform::Wide(title).get(),
                            columnImages, -1, columnWidth, 6, 16, value, &qal::id::kColumnRegistration);
   }
-  const Column column = Find(id);
   *column.handle = handle;
   if (auto* const frame = FindService<qal::IQFrame>(columnHost, qal::iid::kFrame)) {
     std::uint32_t kept = 0;

@@ -59,12 +59,14 @@ class EditorColumns : public qal::IQColumnClient {
     std::uint32_t* mode = nullptr;
     explicit operator bool() const { return handle != nullptr; }
   };
+  Column SourceColumn();
+  Column AsmColumn();
   Column Find(std::uint32_t id);
 
   bool Active() const;
   qal::IQColumnService* Service() const;
-  void Register(qal::IQColumnService& service, const char* key, std::uint32_t id, const std::string& title,
-                std::uint32_t value);
+  void Register(qal::IQColumnService& service, const char* key, std::uint32_t id, const Column& column,
+                const std::string& title, std::uint32_t value);
   qal::Status MoveLines(qal::WideText file, std::uint32_t id, std::uint32_t line, std::int64_t count);
   void RefreshLines(const std::string& file, std::uint32_t handle, std::int32_t first);
   std::uint32_t ImageMask(std::int32_t mark) const;

@@ -117,7 +117,7 @@ std::string ReadImageFile(const std::string& path, const std::string& shown, std
   if (!text) throw VerbError(shown + ": " + ReasonAgainst(path));
   if (text->find('\0') != std::string::npos) throw VerbError(shown + " is no text: it holds zero bytes");
   if (!IsUtf8(*text)) throw VerbError(shown + " is no UTF-8 text");
-  const std::string image = ImageOfLines(platform::FromUtf8(*text), directory);
+  std::string image = ImageOfLines(platform::FromUtf8(*text), directory);
   const auto digit = [&](std::size_t at) {
     return at < image.size() && image[at] >= '0' && image[at] <= '9';
   };

@@ -104,7 +104,7 @@ class CustomizeDialog final : private CustomizeTemplate, public platform::Dialog
 }  // namespace
 
 FrameToolbar::FrameToolbar(SettingsFile& settings, std::string kind, qal::ModuleHandle module,
-                           std::uint32_t resource, std::vector<std::uint32_t> first)
+                           std::uint32_t resource, const std::vector<std::uint32_t>& first)
     : settings_(settings), kind_(std::move(kind)) {
   const platform::ResourceScope scope(module);
   if (const auto offered = platform::Toolbar::Load(resource)) {

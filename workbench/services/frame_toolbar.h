@@ -19,7 +19,7 @@ class FrameToolbar {
   /// `offered` has every button of the resource (or, without one, a button for each of `first`); at first the
   /// frame wears those whose commands are in `first`, or what the person chose for this kind of frame.
   FrameToolbar(SettingsFile& settings, std::string kind, qal::ModuleHandle module, std::uint32_t resource,
-               std::vector<std::uint32_t> first);
+               const std::vector<std::uint32_t>& first);
 
   bool Shown() const { return shown_; }
   void SetShown(bool shown);

@@ -275,8 +275,8 @@ std::string Ide::SaveSession(const std::string& name) {
 std::string Ide::OpenSession(const std::string& name) {
   const std::string file = SessionFile(name);
   if (!platform::PathExists(file)) return "there is no session " + name;
-  const std::string error = ReadSessionFile(file, services_->sessionData.Values());
-  if (!error.empty()) return error;
+  if (std::string error = ReadSessionFile(file, services_->sessionData.Values()); !error.empty())
+    return error;
   const platform::Wide workspace("workspace");
   const platform::Wide project(project_.Name());
   const platform::Wide session(name);
