@@ -1,0 +1,233 @@
+#include <algorithm>
+#include <chrono>
+#include <limits>
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "harness.h"
+#include "model/report_collector.h"
+#include "panes/row_builder.h"
+#include "unit/view/view_world.h"
+#include "view/coverage_ctrl.h"
+
+// What the coverage windows and the editors' marks cost, against plain versions and against their own parts.
+
+namespace {
+
+using coverage::CoverageInstance;
+using coverage::CoverageWindows;
+
+constexpr std::uint32_t kStart = 0x08000000;
+constexpr int kPage = 50;
+
+/// A pane's list over a range of 2-byte instructions, each on a source line of its own.
+struct Rows {
+  explicit Rows(std::uint32_t bytes) : instance(&host, kStart, kStart + bytes - 1, {}, 1) {
+    target.Fill(kStart, kStart + bytes - 1);
+    target.OfferTo(host);
+    parent.Create(0, 0, "", platform::window_style::kVisible, {0, 0, 600, 1200});
+    list.CreateList(0x5000040D, {0, 0, 600, 1000}, parent, 200, 0);
+    for (int column = 0; column < 5; ++column) {
+      list.InsertColumn(column, "x", platform::ColumnFormat::kLeft, 50);
+    }
+    list.Resize(kPage);
+    instance.counts->table().Layout(kStart, kStart + bytes - 1);
+  }
+  void Build(bool rewrite, int from = -1) {
+    coverage::RowBuilder(&host, instance, cache, list, kPage).Build(rewrite, 0, from, -1);
+  }
+
+  doubles::HostDouble host;
+  doubles::TargetDouble target;
+  platform::Window parent;
+  coverage::CUiReportListCtrl list;
+  coverage::DisassemblyCache cache;
+  CoverageInstance instance;
+};
+
+/// A page that is brought up to date, against one that is written from a map of the texts of every
+/// instruction that was ever looked at.
+void PageRows(bench::Suite& suite) {
+  constexpr std::uint32_t kBytes = 0x20000;
+  constexpr int kTimes = 100;
+  struct Texts {
+    std::uint32_t size;
+    std::string address, code, source;
+  };
+  static Rows rows(kBytes);
+  static std::unordered_map<std::string, Texts> known;
+  rows.Build(true, 0);
+  for (std::uint32_t at = kStart; at < kStart + kBytes; at += 2) {
+    const auto [address, code] = doubles::TargetDouble::Texts(at, 2);
+    known[address] = {2, address, code, " "};
+  }
+  suite.Measure("page of rows, code known", kTimes, [] {
+    for (int i = 0; i < kTimes; ++i) rows.Build(false);
+  });
+  suite.Measure("page of rows through a hash map", kTimes, [] {
+    for (int i = 0; i < kTimes; ++i) {
+      std::uint32_t at = kStart;
+      for (int row = 0; row <= kPage; ++row) {
+        const Texts& texts = known.find(platform::Format("%08x", at))->second;
+        coverage::CoverageRow counters;
+        const auto cell = rows.instance.counts->Lookup(at);
+        coverage::SetCounters(counters, cell ? &*cell : nullptr);
+        rows.list.SetItemTextDefault(row, coverage::kAssemblerColumn, texts.code);
+        rows.list.SetItemTextDefault(row, coverage::kSourceColumn, texts.source);
+        rows.list.SetItemTextDefault(row, coverage::kAddressColumn, texts.address);
+        rows.list.SetItemTextDefault(row, coverage::kTimesColumn, counters.times);
+        rows.list.SetItemTextDefault(row, coverage::kPassColumn, counters.pass);
+        at += texts.size;
+      }
+    }
+  });
+  suite.RequireFaster("page of 50 rows, code known, against a hash map of strings",
+                      "page of rows, code known", "page of rows through a hash map", 3);
+}
+
+/// A file window over functions of 64 bytes.
+class FileWindow {
+ public:
+  explicit FileWindow(std::uint32_t functions) {
+    constexpr std::uint32_t kBytes = 64;
+    const std::string file = "C:\\space\\demo\\many.c";
+    world.target.Fill(kStart, kStart + functions * kBytes - 1);
+    world.target.Line(kStart, file, 1, "");
+    for (std::uint32_t i = 0; i < functions; ++i) {
+      const std::uint32_t at = kStart + i * kBytes;
+      world.target.Function(file, platform::Format("f%04u", i), at, at + kBytes - 1);
+      pairs.push_back({at + 30, at + 64});
+    }
+    view.CreateSinkWindow();
+    window = view.Windows().NewFileWindow(file, file);
+    view.Windows().RefreshAllStatistics();
+  }
+  /// The target ran; the IDE has not told yet.
+  void Run() {
+    world.Ran(kStart, pairs);
+    world.log.Clear();
+  }
+  void Collect() { coverage::ReportCollector(&world.host).Collect(view.Windows().AllInstances(), nullptr); }
+  void Percentages() {
+    for (CoverageInstance* instance : view.Windows().AllInstances()) {
+      instance->ComputePercentage(false, view.Windows().Instructions());
+    }
+  }
+  void List() { window->ListInstances(true, -1, -1); }
+  std::size_t Functions() { return view.Windows().AllInstances().size(); }
+
+  coverage::ViewWorld world;
+  coverage::CUiCustomizer customizer{&world.host};
+  coverage::CJepCoverageCtrl view{&world.host, &customizer};
+  CoverageWindows::StatisticsPane* window = nullptr;
+  std::vector<qal::PathPair> pairs;
+};
+
+void StopRows(bench::Suite& suite) {
+  static FileWindow one(1000);
+  static FileWindow eight(8000);
+  const auto stop = [](FileWindow& file) {
+    file.view.CollectCoverage();
+    file.view.RefreshAllStatistics();
+  };
+  const auto run = [] { one.Run(); };
+  suite.Measure("stop over 1,000 functions", 1000, run, [stop] { stop(one); });
+  suite.Measure(
+      "stop over 8,000 functions", 8000, [] { eight.Run(); }, [stop] { stop(eight); });
+  suite.Measure("parts of a stop", 1000, run, [] {
+    one.Collect();
+    one.Percentages();
+    one.List();
+  });
+  suite.RequireFigure(
+      "functions that the file windows lack",
+      [] { return 9000.0 - static_cast<double>(one.Functions() + eight.Functions()); }, 0);
+  // Work that grew with the square would cost eight times as much a function; the nearest caches hold the
+  // smaller window only.
+  suite.RequireAtMost("stop, a function, 8,000 against 1,000", "stop over 8,000 functions",
+                      "stop over 1,000 functions", 3);
+  suite.RequireAtMost("stop over 1,000 functions against its parts", "stop over 1,000 functions",
+                      "parts of a stop", 1.5);
+}
+
+/// Windows of 64 bytes, one behind the other, and the editor over them: a line for each two bytes.
+class Editor final : public coverage::CoveredInstances {
+ public:
+  explicit Editor(std::uint32_t windows) {
+    for (std::uint32_t i = 0; i < windows; ++i) {
+      instances_.push_back(
+          std::make_unique<CoverageInstance>(nullptr, kStart + 64 * i, kStart + 64 * i + 63, "", 0));
+      instances_.back()->enableStatus = 1;
+    }
+  }
+  std::vector<CoverageInstance*> AllInstances() override {
+    std::vector<CoverageInstance*> all;
+    for (const auto& instance : instances_) all.push_back(instance.get());
+    return all;
+  }
+  /// Asks for the marks of so many lines over the first `covered` windows, then drops them.
+  void AskAndDrop(std::uint32_t lines, std::uint32_t covered) {
+    for (std::uint32_t line = 0; line < lines; ++line) {
+      const std::uint32_t at =
+          kStart + 2 * (line % (covered * 32)) + 0x10000000 * (line / (covered * 32) % 8);
+      bench::Keep(marks_.Mark(coverage::EditorColumn::kDisassembly, "disassembly", at).has_value());
+    }
+    marks_.DropLineMarks();
+  }
+
+ private:
+  std::vector<std::unique_ptr<CoverageInstance>> instances_;
+  coverage::CommandModel commands_{nullptr};
+  doubles::StubSource source_;
+  coverage::LineMarks marks_{*this, commands_, &source_, nullptr};
+};
+
+void MarkRows(bench::Suite& suite) {
+  static Editor few(4);
+  static Editor many(4000);
+  suite.Measure("marks of 100,000 lines", 100'000, [] { many.AskAndDrop(100'000, 4000); });
+  suite.Measure("marks of 25,000 lines", 25'000, [] { many.AskAndDrop(25'000, 4000); });
+  suite.Measure("marks beside 4 windows", 100'000, [] { few.AskAndDrop(100'000, 4); });
+  suite.Measure("marks beside 4,000 windows", 100'000, [] { many.AskAndDrop(100'000, 4); });
+  suite.RequireAtMost("marks asked and dropped, a line, 100,000 against 25,000", "marks of 100,000 lines",
+                      "marks of 25,000 lines", 1.5);
+  suite.RequireAtMost("marks, a line, beside 4,000 windows against 4", "marks beside 4,000 windows",
+                      "marks beside 4 windows", 1.5);
+}
+
+/// The dearest page over the median page, while a range is scrolled from end to end for the first time.
+double DearestPage() {
+  static Rows rows(0x200000);
+  std::vector<double> best;
+  for (int pass = 0; pass < 4; ++pass) {
+    rows.cache.Drop();
+    rows.list.DeleteAllRows();
+    rows.Build(true, 0);
+    std::size_t page = 0;
+    for (int top = -1; rows.list.TopRow() != top; ++page) {
+      top = rows.list.TopRow();
+      const auto begin = std::chrono::steady_clock::now();
+      rows.list.Scroll(kPage);
+      rows.Build(true);
+      const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - begin;
+      if (page == best.size()) best.push_back(std::numeric_limits<double>::infinity());
+      best[page] = std::min(best[page], taken.count());
+    }
+  }
+  const auto dearest = *std::max_element(best.begin(), best.end());
+  std::nth_element(best.begin(), best.begin() + static_cast<std::ptrdiff_t>(best.size() / 2), best.end());
+  return dearest / best[best.size() / 2];
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  bench::Suite suite("windows");
+  PageRows(suite);
+  StopRows(suite);
+  MarkRows(suite);
+  suite.RequireFigure("scrolling 2 MiB, the dearest page against the median", DearestPage, 3);
+  return suite.Run(argc, argv);
+}
