@@ -113,7 +113,7 @@ std::string Content(const Control& control) {
 
 std::string Line(const Control& control) {
   std::string line =
-      Format("%s %5u %-6s ", control.HasFocus() ? ">" : " ", control.Id(), NameOf(control.Kind()));
+      Format("%s %6u %-6s ", control.HasFocus() ? ">" : " ", control.Id(), NameOf(control.Kind()));
   line += Content(control);
   if (!control.IsEnabled()) line += " (disabled)";
   if (!control.IsVisible()) line += " (hidden)";

@@ -95,7 +95,7 @@ TEST_F(Controls, ComboBoxChoosesTypesAndRemembers) {
   EXPECT_EQ(combo.SelectionStart(), 1u);
   EXPECT_EQ(combo.SelectionEnd(), 3u);
   combo.Type("*");
-  EXPECT_EQ(Picture(combo), ">   204 combo  [m*n] items: 1000, 2000\n");
+  EXPECT_EQ(Picture(combo), ">    204 combo  [m*n] items: 1000, 2000\n");
 
   for (int i = 0; i < 12; ++i) combo.AddToHistory(std::to_string(i));
   combo.AddToHistory("7");
@@ -142,12 +142,12 @@ TEST_F(Controls, ButtonsPressLikeButtons) {
   check.Send(message::kKeyDown, key::kSpace);
   EXPECT_EQ(Picture(frame),
             "window \"\"\n"
-            "        1 button \"Go\" (disabled)\n"
-            "  >     2 check  [ ] \"Save\"\n"
-            "        3 group  \"Options\"\n"
-            "        4 radio  ( ) \"One\"\n"
-            "        5 radio  (*) \"Two\"\n"
-            "        6 radio  (*) \"Other\"\n");
+            "         1 button \"Go\" (disabled)\n"
+            "  >      2 check  [ ] \"Save\"\n"
+            "         3 group  \"Options\"\n"
+            "         4 radio  ( ) \"One\"\n"
+            "         5 radio  (*) \"Two\"\n"
+            "         6 radio  (*) \"Other\"\n");
 }
 
 TEST_F(Controls, ButtonMayGoWithItsOwnPress) {

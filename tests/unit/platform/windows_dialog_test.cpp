@@ -83,19 +83,19 @@ TEST(Dialogs, AreFilledInByAScript) {
   EXPECT_EQ(dialog.accepted, "abc.cov 2000");
   EXPECT_EQ(script.shown,
             "\"Settings\"\n"
-            "     10 label  \"&Name:\"\n"
-            "     11 edit   [abc.cov]\n"
-            "     12 combo  [2000] items: 1000, 2000\n"
-            "     13 radio  ( ) \"&Range\"\n"
-            "     14 radio  (*) \"&File\"\n"
-            "     15 check  [x] \"&Save\"\n"
-            "     16 button \"Browse&...\" (disabled)\n"
-            ">    17 list\n"
+            "      10 label  \"&Name:\"\n"
+            "      11 edit   [abc.cov]\n"
+            "      12 combo  [2000] items: 1000, 2000\n"
+            "      13 radio  ( ) \"&Range\"\n"
+            "      14 radio  (*) \"&File\"\n"
+            "      15 check  [x] \"&Save\"\n"
+            "      16 button \"Browse&...\" (disabled)\n"
+            ">     17 list\n"
             "           Item\n"
             "           first\n"
             "        >* second\n"
-            "   9021 button \"&OK\" (default)\n"
-            "   9022 button \"&Cancel\"\n");
+            "    9021 button \"&OK\" (default)\n"
+            "    9022 button \"&Cancel\"\n");
   EXPECT_FALSE(dialog.Exists());
 }
 
@@ -132,7 +132,7 @@ TEST(Dialogs, StayOpenWithTheFocusOnTheFaultyField) {
   SettingsDialog dialog;
   EXPECT_EQ(dialog.DoModal(), static_cast<int>(kIdCancel));
   EXPECT_EQ(script.shown.substr(0, 47), "error: the message box has no button 'yes'\n\"Set");
-  EXPECT_NE(script.shown.find(">    11 edit   []\n"), std::string::npos);
+  EXPECT_NE(script.shown.find(">     11 edit   []\n"), std::string::npos);
 }
 
 TEST(Dialogs, ReportWhatCannotBeDoneAndGoOn) {
@@ -186,7 +186,7 @@ TEST(Dialogs, MoveTheFocusWithTab) {
   Script script{"key tab", "key tab", "key tab", "key tab", "key tab", "key tab", "key shift+tab", "dialog"};
   SettingsDialog dialog;
   dialog.DoModal();
-  EXPECT_NE(script.shown.find(">    17 list"), std::string::npos) << script.shown;
+  EXPECT_NE(script.shown.find(">     17 list"), std::string::npos) << script.shown;
 }
 
 TEST(Dialogs, TheirTimersRunWhileAPersonThinks) {
