@@ -85,14 +85,51 @@ TEST_F(ImagesTest, WritesWhatIsSelectedAndOpen) {
   EXPECT_EQ(Image({"rng+0x0 - 0x3"}, 3), "1.003(rng+0x0 - 0x3)~0 3~00000000 0 - 2 0 - ");
 }
 
-TEST_F(ImagesTest, AnImageVerifiedAtOncePassesAndEqualsItself) {
+/// Whatever is open: an image passes at once and equals itself; when one cell changes, the first option that
+/// looks at what changed tells it, with the cell's address.
+TEST_F(ImagesTest, AnyImagePassesUntilACellChanges) {
   std::mt19937 random(7);
-  for (int round = 0; round < 20; ++round) {
-    for (std::uint32_t at = 0x1000; at < 0x200a; at += 2) Execute(at, random() % 3, random() % 4);
+  for (int round = 0; round < 60; ++round) {
+    windows.clear();
+    instances.clear();
+    std::uint32_t next = 0;
+    for (std::uint32_t count = 1 + random() % 4; count > 0; --count) {
+      const bool ofFile = random() % 2 == 0;
+      CoverageWindow& window = Open(ofFile ? WindowKind::kFile : WindowKind::kRange,
+                                    ofFile ? platform::Format("C:\\space\\demo\\%u.c", count) : "");
+      for (std::uint32_t part = random() % 4 + 1; part > 0; --part) {
+        const std::uint32_t start = next + 2 * (random() % 8);
+        next = start + 2 + 2 * (random() % 16);
+        Add(window, start, next - 1, ofFile ? platform::Format("f%u", part) : "");
+      }
+    }
+    for (std::uint32_t at = 0; at < next; at += 2) Execute(at, random() % 3, random() % 4);
+    std::vector<std::string> all = Images().ListItems();
+    for (std::string& token : all) token[3] = '+';
+
+    const CoverageInstance& changed = *instances[random() % instances.size()];
+    const std::uint32_t at = changed.start + 2 * (random() % ((changed.end - changed.start + 1) / 2));
+    const CoverageCell before = *changed.counts->Lookup(at);
+    std::vector<std::string> kept;
     for (std::uint32_t options = 0; options < 16; ++options) {
-      const std::string image = Image(both, options);
-      EXPECT_EQ(Told(Images().VerifyImage(image)), "0||");
-      EXPECT_EQ(Told(CompareImages(image, image)), "0||");
+      kept.push_back(Image(all, options));
+      EXPECT_EQ(Told(Images().VerifyImage(kept.back())), "0||");
+      EXPECT_EQ(Told(CompareImages(kept.back(), kept.back())), "0||");
+    }
+    Execute(at, random() % 2, random() % 4);
+    const CoverageCell after = *changed.counts->Lookup(at);
+    for (std::uint32_t options = 0; options < 16; ++options) {
+      const char* name = "";
+      if ((options & 8) != 0 && before.pass != after.pass) name = "Pass mismatch";
+      if ((options & 2) != 0 && (before.times == 0) != (after.times == 0)) name = "Execution Path mismatch";
+      if ((options & 4) != 0 && before.times != after.times) name = "Instruction execution time mismatch";
+      for (const auto& verdict :
+           {Images().VerifyImage(kept[options]), CompareImages(kept[options], Image(all, options))}) {
+        EXPECT_EQ(verdict.resultName, name) << options << ": " << verdict.messages;
+        EXPECT_EQ(verdict.runStatus, *name == '\0' ? 0u : 1u);
+        const bool placed = verdict.messages.find(platform::Format("0x%x", at)) != std::string::npos;
+        EXPECT_EQ(placed, *name != '\0') << verdict.messages;
+      }
     }
   }
 }
