@@ -164,6 +164,40 @@ TEST_F(Clients, TheTestClientKeepsASelection) {
   EXPECT_EQ(Call(test, 16, open.get()), kOk);
 }
 
+/// "status runStatus resultName messages" of a comparison by slot; its last three arguments are the outs.
+template <class... Arguments>
+std::string Judged(void* client, int slot, Arguments... arguments) {
+  Out resultName, messages;
+  std::uint32_t runStatus = 0;
+  const Result status = Call(client, slot, arguments..., resultName.put(), messages.put(), &runStatus);
+  return std::to_string(status) + " " + std::to_string(runStatus) + " " + resultName.str() + " " +
+         messages.str();
+}
+
+TEST_F(Clients, ImagesAreWrittenVerifiedAndCompared) {
+  Out image, current;
+  const In selected("1.015(rng+0x1000 - 0x1003)"), any("any");
+  EXPECT_EQ(Call(test, 10, selected.get()), kOk);
+  EXPECT_EQ(Call(test, 4, image.put()), kOk);
+  EXPECT_EQ(Call(test, 12, current.put()), kOk);
+  EXPECT_EQ(image.str() + " " + current.str(), "1.015 1.015") << "the range is not open";
+  const In written(image.str());
+  EXPECT_EQ(Judged(test, 6, written.get()), "0 0  ");
+  EXPECT_EQ(Judged(test, 14, written.get(), any.get()), "0 0  ");
+
+  const In once("1.015(rng+0x1000 - 0x1003)~1000 1003~1000 1 - 1002 2 T ");
+  const In twice("1.015(rng+0x1000 - 0x1003)~1000 1003~1000 1 - 1002 3 T ");
+  const std::string gone = "0 1 Range not found Range 0x1000 - 0x1003:&not found in current system.&&";
+  EXPECT_EQ(Judged(test, 6, once.get()), gone);
+  EXPECT_EQ(Judged(test, 14, once.get(), any.get()), gone);
+  const std::string differs =
+      "0 1 Instruction execution time mismatch Range 0x1000 - 0x1003:&Instruction Execution Time mismatch at "
+      "address 0x1002. Image_1: 2   Image_2: 3&&";
+  EXPECT_EQ(Judged(test, 7, once.get(), once.get()), "0 0  ");
+  EXPECT_EQ(Judged(test, 7, once.get(), twice.get()), differs);
+  EXPECT_EQ(Judged(test, 15, once.get(), any.get(), twice.get(), any.get()), differs);
+}
+
 TEST_F(Clients, AMalformedImageIsReportedAsSuch) {
   const In malformed("1.003(Range");
   Out resultName, messages;
