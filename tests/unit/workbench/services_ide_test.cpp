@@ -16,10 +16,8 @@ using platform::WideOut;
 struct QuietUser final : IdeUser {
   void Notice(const std::string& text) override { said += text + "\n"; }
   bool StopAsked() override { return stop; }
-  void ShowSource(const std::string& file, std::uint32_t line) override {
-    said += file.substr(file.rfind('\\') + 1) + ":" + std::to_string(line) + "\n";
-  }
-  void ShowAddress(std::uint32_t address) override { said += platform::Format("%08x\n", address); }
+  void ShowSource(const std::string&, std::uint32_t) override {}
+  void ShowAddress(std::uint32_t) override {}
   std::string said;
   bool stop = false;
 };
@@ -41,12 +39,6 @@ class IdeTest : public testing::Test {
     void* found = nullptr;
     ide_->Services().GetService(&identifier, &found);
     return static_cast<Interface*>(found);
-  }
-
-  std::uint32_t AddressOf(const char* symbol) {
-    std::uint32_t value = 0;
-    Get<qal::IQExpression>(qal::iid::kExpression)->Evaluate(Wide(symbol).get(), 16, &value);
-    return value;
   }
 
   doubles::ScratchDisk disk_;
@@ -127,46 +119,6 @@ TEST_F(IdeTest, AnswersWithoutAProgramWithFailuresOnly) {
   EXPECT_EQ(value, 0u);
 }
 
-TEST_F(IdeTest, ListsTheFunctionsOfASourceFile) {
-  LoadFirmware();
-  qal::IQUnknown* object = nullptr;
-  void* table = nullptr;
-  ASSERT_EQ(Get<qal::IQSource>(qal::iid::kSource)->GetSymbolTable(0, &object), qal::kOk);
-  ASSERT_EQ(object->QueryInterface(&qal::iid::kSymbolTable, &table), qal::kOk);
-  const qal::FunctionRecord* records = nullptr;
-  std::uint32_t count = 0;
-  auto* symbols = static_cast<qal::IQSymbolTable*>(table);
-  ASSERT_EQ(symbols->GetFileFunctions(Wide("MAIN.C").get(), &records, &count), qal::kOk);
-  bool hasMain = false;
-  for (std::uint32_t i = 0; i < count; ++i) {
-    hasMain =
-        hasMain || (std::u16string(records[i].name) == u"main" && records[i].start == AddressOf("main"));
-    EXPECT_LT(records[i].start, records[i].end);
-  }
-  EXPECT_TRUE(hasMain);
-  EXPECT_LT(symbols->GetFileFunctions(Wide("nothing.c").get(), &records, &count), 0);
-  EXPECT_EQ(count, 0u);
-}
-
-TEST_F(IdeTest, ReadsAndDecodesInstructions) {
-  LoadFirmware();
-  const std::uint32_t address = AddressOf("main");
-  std::uint8_t bytes[32];
-  qal::InstructionRecord record;
-  WideOut text;
-  ASSERT_EQ(Get<qal::IQMemory>(qal::iid::kMemory)->ReadMemory(address, address + 31, 2, bytes), qal::kOk);
-  ASSERT_EQ(
-      Get<qal::IQTargetInformation>(qal::iid::kTargetInformation)->Disassemble(32, bytes, address, &record),
-      qal::kOk);
-  EXPECT_EQ(platform::Narrow(qal::WideText{record.addressText}), platform::Format("%08x", address));
-  EXPECT_TRUE(record.length == 2 || record.length == 4);
-  qal::FreeText(record.addressText);
-  qal::FreeText(record.lastText);
-  EXPECT_EQ(Get<qal::IQAddressText>(qal::iid::kAddressText)->AddressToText(address, 0, -1, 0, text.put()),
-            qal::kOk);
-  EXPECT_EQ(text.str(), "main");
-}
-
 TEST_F(IdeTest, ReadsZerosBehindTheEndOfMemoryAndNothingOutside) {
   LoadFirmware();
   const auto held = ide_->Debugger().Current();
@@ -234,41 +186,10 @@ TEST_F(IdeTest, RecordsNothingWhileCollectionIsOff) {
   EXPECT_EQ(count, 0u);
 }
 
-TEST_F(IdeTest, RefusesRangesOnRequestAndSaysWhy) {
-  auto* path = Get<qal::IQPathCoverage>(qal::iid::kPathCoverage);
-  ide_->Debugger().Refuse(AddressRange{0x2000, 0x2FFF});
-  EXPECT_EQ(path->AddRange(0x1000, 0x1FFF), qal::kOk);
-  const qal::Status refused = path->AddRange(0x1000, 0x2000);
-  WideOut text;
-  Get<qal::IQErrorText>(qal::iid::kErrorText)->GetErrorText(refused, text.put());
-  EXPECT_EQ(text.str(), "The debugger cannot cover this address range.");
-  EXPECT_LT(path->RemoveRange(0x1000, 0x2000), 0);
-  EXPECT_EQ(path->RemoveRange(0x1000, 0x1FFF), qal::kOk);
-}
-
-TEST_F(IdeTest, TakesServicesAwayAndBringsThemBack) {
-  EXPECT_TRUE(ide_->Services().Switch("Editor", false));
-  EXPECT_EQ(Get<qal::IQEditor>(qal::iid::kEditor), nullptr);
-  EXPECT_EQ(Get<qal::IQEditor>(qal::iid::kDataPaneEditor), nullptr);
-  EXPECT_TRUE(ide_->Services().Switch("editor", true));
-  EXPECT_NE(Get<qal::IQEditor>(qal::iid::kEditor), nullptr);
-  EXPECT_FALSE(ide_->Services().Switch("nothing", false));
-}
-
 TEST_F(IdeTest, EndsARunWhenThePersonAsks) {
   LoadFirmware();
   user_.stop = true;
   EXPECT_EQ(ide_->Debugger().Run().reason, StopReason::kRequest);
-}
-
-TEST_F(IdeTest, ShowsSourceLinesUnderTheirFullName) {
-  LoadFirmware();
-  auto* editor = Get<qal::IQEditor>(qal::iid::kEditor);
-  char16_t* file = platform::NewWide("main.c");
-  EXPECT_EQ(editor->ShowSourceLine(nullptr, 3, &file), qal::kOk);
-  EXPECT_TRUE(platform::IsAbsolutePath(platform::Narrow(qal::WideText{file})));
-  qal::FreeText(file);
-  EXPECT_EQ(user_.said, "main.c:3\n");
 }
 
 TEST_F(IdeTest, RefusesSessionNamesThatAreNoNames) {
