@@ -52,7 +52,6 @@ TEST_F(ResourceModule, TextsComeFromTheModule) {
   EXPECT_EQ(LoadText(strings::kCode), "Code");
   EXPECT_EQ(LoadText(strings::kCoverageAsm), "Coverage - ASM");
   EXPECT_EQ(LoadText(32779), "Launches the Go To Address dialog \nGo To Address");
-  EXPECT_EQ(LoadText(strings::kVerifyFunctionMissing), " Function \"%s\" not found in current system.&");
   EXPECT_EQ(LoadText(strings::kPlaceholderError + 33), "Align following text to the right");
   EXPECT_EQ(LoadText(1), std::nullopt);
 }
