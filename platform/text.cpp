@@ -2,10 +2,12 @@
 
 #include <locale.h>
 
+#include <algorithm>
 #include <clocale>
 #include <cstdarg>
 #include <cstdio>
 #include <cwctype>
+#include <type_traits>
 
 #include "platform/code_page.h"
 
@@ -14,6 +16,36 @@ namespace {
 
 using code_page::Character;
 using code_page::kNoCharacter;
+
+/// How many units from the beginning on are ASCII, which is the same in every encoding here. Looks at no more
+/// than a cache holds, so that what follows finds them there.
+template <class Unit>
+std::size_t AsciiAhead(std::basic_string_view<Unit> text) {
+  constexpr std::size_t kFarthest = 4096;
+  constexpr std::size_t kAtOnce = 32;
+  const std::size_t size = std::min(text.size(), kFarthest);
+  const auto bits = [text](std::size_t i) { return static_cast<std::make_unsigned_t<Unit>>(text[i]); };
+  std::size_t length = 0;
+  for (; length + kAtOnce <= size; length += kAtOnce) {
+    unsigned all = 0;
+    for (std::size_t i = 0; i < kAtOnce; ++i) all |= bits(length + i);
+    if (all >= 0x80) break;
+  }
+  while (length < size && bits(length) < 0x80) ++length;
+  return length;
+}
+
+/// Appends the ASCII that `text` begins with; how many units that was.
+template <class To, class From>
+std::size_t AppendAscii(std::basic_string_view<From> text, std::basic_string<To>& out) {
+  const std::size_t length = AsciiAhead(text);
+  const std::size_t at = out.size();
+  out.resize(at + length);
+  std::transform(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(length),
+                 out.begin() + static_cast<std::ptrdiff_t>(at),
+                 [](From unit) { return static_cast<To>(unit); });
+  return length;
+}
 
 /// Text of `code`s from one encoding in another; what either of them cannot say becomes "?".
 std::string Recode(std::string_view text, Character (*decode)(std::string_view, std::size_t),
@@ -67,6 +99,10 @@ std::string Narrow(std::u16string_view text) {
   std::string out;
   out.reserve(text.size());
   for (std::size_t i = 0; i < text.size();) {
+    if (const std::size_t ascii = AppendAscii(text.substr(i), out)) {
+      i += ascii;
+      continue;
+    }
     const Character character = code_page::DecodeUtf16(text, i);
     if (character.code == kNoCharacter || !code_page::Encode(character.code, &out)) out.push_back('?');
     i += character.length;
@@ -80,6 +116,10 @@ std::u16string Widen(std::string_view text) {
   std::u16string out;
   out.reserve(text.size());
   for (std::size_t i = 0; i < text.size();) {
+    if (const std::size_t ascii = AppendAscii(text.substr(i), out)) {
+      i += ascii;
+      continue;
+    }
     const Character character = code_page::Decode(text, i);
     code_page::EncodeUtf16(character.code, &out);
     i += character.length;

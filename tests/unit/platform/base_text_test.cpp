@@ -85,6 +85,19 @@ TEST_F(Text, ShiftJisCharactersThatMeanNothing) {
   EXPECT_EQ(FromUtf8("表é"), "\x95\x5C?");
 }
 
+TEST_F(Text, AnotherCharacterAnywhereInALongAsciiText) {
+  const std::string ascii = std::string(4100, 'a') + std::string("\0\x7F\\~", 4) + std::string(100, 'z');
+  for (const auto& [codePage, character] : {std::pair{kUtf8, "\xE8\xA1\xA8"}, {kShiftJis, "\x95\x5C"}}) {
+    ASSERT_TRUE(SetCodePage(codePage));
+    for (std::size_t at = 0; at <= ascii.size(); at += at == 70 ? 4000 : 1) {
+      const std::string text = std::string(ascii).insert(at, character);
+      const std::u16string wide = std::u16string(ascii.begin(), ascii.end()).insert(at, u"表");
+      ASSERT_TRUE(Widen(text) == wide) << at;
+      ASSERT_TRUE(Narrow(std::u16string_view(wide)) == text) << at;
+    }
+  }
+}
+
 TEST_F(Text, CaseKeepsTheNumberOfBytes) {
   EXPECT_EQ(ToUpper("a\xC3\xA9z{"), "A\xC3\x89Z{");
   EXPECT_EQ(ToLower("A\xC3\x89Z["), "a\xC3\xA9z[");
