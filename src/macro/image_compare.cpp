@@ -10,6 +10,8 @@ namespace {
 
 /// Bytes looked at at once for a stretch that both sides share.
 constexpr std::size_t kStretch = 4096;
+/// Of an entry: address, count and outcomes, each with a blank behind it.
+constexpr std::ptrdiff_t kFields = 3;
 
 int Length(std::string_view text) { return static_cast<int>(text.size()); }
 
@@ -19,18 +21,28 @@ bool Same(std::string_view left, std::string_view right) {
 
 const char* ExecutedText(std::int32_t count) { return count != 0 ? "Executed" : "No"; }
 
+/// How many characters from the beginning on are the same, of at most a stretch.
+std::size_t CommonLength(std::string_view left, std::string_view right) {
+  const std::size_t size = std::min({left.size(), right.size(), kStretch});
+  std::size_t length = 0;
+  for (; length + 8 <= size && std::memcmp(&left[length], &right[length], 8) == 0; length += 8) {
+  }
+  while (length < size && left[length] == right[length]) ++length;
+  return length;
+}
+
 /// Passes over whole entries that are equal to the letter on both sides: they cannot differ in anything, and
 /// most of two images is the same.
 void SkipEqualEntries(EntryReader& first, EntryReader& second) {
-  for (;;) {
+  std::size_t common = kStretch;
+  while (common == kStretch) {
     const std::string_view left = first.rest();
-    const std::string_view right = second.rest();
-    const std::size_t size = std::min({left.size(), right.size(), kStretch});
-    if (size == 0 || std::memcmp(left.data(), right.data(), size) != 0) return;
-    auto over = std::count(left.begin(), left.begin() + static_cast<std::ptrdiff_t>(size), ' ') % 3;
-    std::size_t whole = size;
-    for (; whole > 0 && (left[whole - 1] != ' ' || over > 0); --whole) over -= left[whole - 1] == ' ' ? 1 : 0;
-    if (whole == 0) return;
+    common = CommonLength(left, second.rest());
+    const auto blanks = std::count(left.begin(), left.begin() + static_cast<std::ptrdiff_t>(common), ' ');
+    if (blanks < kFields) return;
+    auto over = blanks % kFields;
+    std::size_t whole = common;
+    for (; left[whole - 1] != ' ' || over > 0; --whole) over -= left[whole - 1] == ' ' ? 1 : 0;
     first.Skip(whole);
     second.Skip(whole);
   }

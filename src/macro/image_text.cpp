@@ -1,7 +1,6 @@
 #include "macro/image_text.h"
 
 #include <algorithm>
-#include <cstring>
 #include <limits>
 
 #include "platform/text.h"
@@ -100,15 +99,6 @@ std::optional<ImageInstance> ImageInstances::Next() {
                                rest_.substr(nameEnd + 1, dataEnd - nameEnd - 1)};
   rest_ = rest_.substr(dataEnd);
   return instance;
-}
-
-std::optional<std::string_view> EntryReader::Field() {
-  const std::size_t left = static_cast<std::size_t>(end_ - next_);
-  const auto* blank = left == 0 ? nullptr : static_cast<const char*>(std::memchr(next_, ' ', left));
-  if (!blank) return std::nullopt;
-  const std::string_view field(next_, static_cast<std::size_t>(blank - next_));
-  next_ = blank + 1;
-  return field;
 }
 
 std::string_view EntryReader::LastField(bool& ended) {

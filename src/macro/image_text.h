@@ -1,7 +1,9 @@
 #pragma once
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -86,7 +88,13 @@ class EntryReader {
   explicit EntryReader(std::string_view data) : next_(data.data()), end_(data.data() + data.size()) {}
 
   /// The text up to the next blank; nothing, and no step, when there is none.
-  std::optional<std::string_view> Field();
+  std::optional<std::string_view> Field() {
+    const char* const blank = FirstBlank();
+    if (!blank) return std::nullopt;
+    const std::string_view field(next_, static_cast<std::size_t>(blank - next_));
+    next_ = blank + 1;
+    return field;
+  }
   /// The text up to the next blank or the end; `ended` says that it was the end.
   std::string_view LastField(bool& ended);
   bool HasField() const;
@@ -95,6 +103,22 @@ class EntryReader {
   void Skip(std::size_t bytes) { next_ += bytes; }
 
  private:
+  /// Null when there is none. Most fields are short: eight characters are looked at at once.
+  const char* FirstBlank() const {
+    static_assert(std::endian::native == std::endian::little);
+    constexpr std::uint64_t kEach = 0x0101010101010101U;
+    const std::size_t left = static_cast<std::size_t>(end_ - next_);
+    if (left >= 8) {
+      std::uint64_t word;
+      std::memcpy(&word, next_, 8);
+      word ^= ' ' * kEach;
+      // The lowest bit that is set belongs to the first blank.
+      const std::uint64_t blanks = (word - kEach) & ~word & 0x80 * kEach;
+      if (blanks != 0) return next_ + std::countr_zero(blanks) / 8;
+    }
+    return left == 0 ? nullptr : static_cast<const char*>(std::memchr(next_, ' ', left));
+  }
+
   const char* next_;
   const char* end_;
 };
