@@ -99,8 +99,6 @@ void EditorColumns::Register(qal::IQColumnService& service, const char* key, std
 }
 
 void EditorColumns::UnregisterColumns() {
-  fileModes.clear();
-  fileStates.clear();
   if (qal::IQColumnService* const service = Service()) {
     service->UnregisterColumn(sourceColumn);
     service->UnregisterColumn(asmColumn);
@@ -142,8 +140,6 @@ qal::Status EditorColumns::FileClosed(qal::WideText file, std::uint32_t column) 
     if (qal::IQColumnService* const service = Service()) {
       service->RemoveFile(platform::Wide(lower).get(), sourceColumn);
     }
-    fileStates.erase(lower);
-    fileModes.erase(lower);
     std::erase(openFiles, lower);
     return qal::kOk;
   });
@@ -202,7 +198,6 @@ qal::Status EditorColumns::SetColumnState(std::uint32_t column, std::uint32_t st
     const Column changed = Find(column);
     if (!changed) return qal::kOk;
     *changed.state = state;
-    fileStates.clear();
     if (qal::IQColumnService* const service = Service()) {
       service->SetState(nullptr, *changed.handle, state);
       for (const std::string& file : openFiles) {
@@ -221,11 +216,7 @@ qal::Status EditorColumns::SetFileColumnState(qal::WideText file, std::uint32_t 
     if (!Active()) return qal::kFail;
     const Column changed = Find(column);
     if (!changed) return qal::kOk;
-    const std::string name = platform::Narrow(file);
-    fileStates[platform::ToLower(name)] = state;
-    if (qal::IQColumnService* const service = Service()) {
-      service->SetState(platform::Wide(name).get(), *changed.handle, state);
-    }
+    if (qal::IQColumnService* const service = Service()) service->SetState(file, *changed.handle, state);
     return qal::kOk;
   });
 }
@@ -236,7 +227,6 @@ qal::Status EditorColumns::SetColumnMode(std::uint32_t column, std::uint32_t mod
     const Column changed = Find(column);
     if (!changed) return qal::kOk;
     *changed.mode = mode;
-    fileModes.clear();
     if (qal::IQColumnService* const service = Service()) service->SetMode(nullptr, *changed.handle, mode);
     return qal::kOk;
   });
@@ -247,11 +237,7 @@ qal::Status EditorColumns::SetFileColumnMode(qal::WideText file, std::uint32_t c
     if (!Active()) return qal::kFail;
     const Column changed = Find(column);
     if (!changed) return qal::kOk;
-    const std::string name = platform::Narrow(file);
-    fileModes[platform::ToLower(name)] = mode;
-    if (qal::IQColumnService* const service = Service()) {
-      service->SetMode(platform::Wide(name).get(), *changed.handle, mode);
-    }
+    if (qal::IQColumnService* const service = Service()) service->SetMode(file, *changed.handle, mode);
     return qal::kOk;
   });
 }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -89,8 +88,6 @@ class EditorColumns : public qal::IQColumnClient {
   std::uint32_t sourceMode = 1;
   std::uint32_t asmState = 1;
   std::uint32_t asmMode = 1;
-  std::map<std::string, std::uint32_t> fileModes;
-  std::map<std::string, std::uint32_t> fileStates;
 };
 
 }  // namespace coverage

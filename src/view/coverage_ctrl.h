@@ -134,8 +134,6 @@ class CJepCoverageCtrl : public CUiDebugCommandSink,
   std::uint32_t sessionValue = 0;
   std::uint32_t clearPending = 0;
   bool ended = false;
-  std::string sessionKey;
-  std::vector<std::string> sessionTexts;  ///< that the open session was named with
   ProjectKeys projectKeys;
   ReportCollector collector;
   CoverageAutomation automation;

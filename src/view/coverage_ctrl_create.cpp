@@ -17,7 +17,6 @@ constexpr platform::LResult kCreationRefused = -1;
 
 CJepCoverageCtrl::CJepCoverageCtrl(qal::IQHost* hostObject, CUiCustomizer* customizerObject)
     : CUiDebugCommandSink(hostObject, customizerObject),
-      sessionKey(kCoverageViewKey),
       collector(hostObject),
       automation(*this),
       macro(hostObject, *this) {

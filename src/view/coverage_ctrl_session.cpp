@@ -35,19 +35,18 @@ bool SessionIsCurrent(qal::IQHost* host) {
 
 }  // namespace
 
-qal::Status CJepCoverageCtrl::OnSessionOpened(qal::WideText first, qal::WideText second, qal::WideText third,
+qal::Status CJepCoverageCtrl::OnSessionOpened(qal::WideText first, qal::WideText second, qal::WideText,
                                               qal::WideText fourth) {
   return InterfaceCall(
       [&] {
+        // Part of opening as the IDE knows it. What it answers names the session, whose data are found
+        // without a name.
         platform::WideOut sessionText;
         platform::WideOut projectName;
         if (auto* const project = FindService<qal::IQProject>(host, qal::iid::kProject)) {
           project->GetSessionText(first, second, fourth, sessionText.put());
           project->GetProjectName(first, second, projectName.put());
         }
-        sessionKey = kCoverageViewKey + sessionText.str() + projectName.str();
-        sessionTexts = {platform::Narrow(first), platform::Narrow(second), platform::Narrow(third),
-                        platform::Narrow(fourth)};
         const OpenSession session(host);
         if (session.get() == nullptr) return qal::kOk;
         SessionStore(host, *windows, *options, *this, *session.get()).Restore();

@@ -28,9 +28,6 @@
 
 namespace coverage {
 
-/// Under this key the IDE makes the frames of coverage windows, and the session's own key begins with it.
-inline constexpr char kCoverageViewKey[] = "{WK_00000001_COVERAGE}";
-
 /// What the coverage windows need of the control that they belong to.
 class WindowOwner {
  public:

@@ -18,6 +18,7 @@ namespace coverage {
 namespace {
 
 // How the IDE is asked for the frame of a window and for the view inside it.
+constexpr char kFrameKey[] = "{WK_00000001_COVERAGE}";
 constexpr std::uint32_t kFrameStyle = 0x1804;
 constexpr std::uint32_t kFrameDock = 0xE81E;
 constexpr std::uint32_t kViewStyle = 0x400;
@@ -39,7 +40,7 @@ CoverageWindows::Frame CoverageWindows::NewFrame(const std::string& viewKey) con
   Frame frame{0, viewKey};
   if (customizer == nullptr) return frame;
   const std::string title = Text(strings::kCoverage);
-  customizer->CreateFrame(kCoverageViewKey, title, kFrameStyle, kFrameDock, &frame.window, &frame.viewKey);
+  customizer->CreateFrame(kFrameKey, title, kFrameStyle, kFrameDock, &frame.window, &frame.viewKey);
   if (frame.window == 0) return frame;
   qal::WindowHandle view = 0;
   customizer->CreateFrame(frame.viewKey, title, kViewStyle, 0, &view, nullptr);
