@@ -252,6 +252,7 @@ std::optional<std::string> ActOnDialog(Dialog& dialog, std::string_view line) {
   const std::string_view whole = line;
   const std::string_view word = TakeWord(line);
   if (word == "close") {
+    if (!Trim(line).empty()) return "a dialog is open; close alone closes it";
     dialog.Close();
     return std::nullopt;
   }
@@ -278,9 +279,10 @@ std::optional<std::string> ActOnDialog(Dialog& dialog, std::string_view line) {
     }
     return known.act(*control, line);
   }
-  if (word == "answer") return "there is no message box to answer";
-  if (word == "file") return "no file is asked for";
-  if (word == "menu") return "no menu is open";
+  const std::string open = "the dialog " + Quote(dialog.Text()) + " is open, ";
+  if (word == "answer") return open + "no message box";
+  if (word == "file") return open + "no file dialog";
+  if (word == "menu") return open + "no menu";
   return "no word " + Quote(word) + " for a dialog";
 }
 

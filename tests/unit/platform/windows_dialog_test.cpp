@@ -150,8 +150,8 @@ TEST(Dialogs, ReportWhatCannotBeDoneAndGoOn) {
       {"check 11 on", "control 11 cannot be checked"},
       {"list 11 row 0", "control 11 is no list"},
       {"click", "which control? say: click ID"},
-      {"answer ok", "there is no message box to answer"},
-      {"file a", "no file is asked for"},
+      {"answer ok", "the dialog 'Settings' is open, no message box"},
+      {"close 1", "a dialog is open; close alone closes it"},
       {"jump", "no word 'jump' for a dialog"},
       {"wait long", "milliseconds up to an hour expected, not 'long'"},
   };
