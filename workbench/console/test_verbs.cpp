@@ -114,6 +114,8 @@ void PrintSelection(Console& console) {
 }
 
 void OnSelect(Console& console, Words& words) {
+  if (words.Empty())
+    throw VerbError("the selection expected: test edit asks for it, or one like 1.011(src+main.c)");
   if (qal::Failed(TestClient(console).SetSelection(Wide(words.Rest()).get())))
     throw VerbError("the selection is refused");
   PrintSelection(console);
