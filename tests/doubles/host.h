@@ -29,6 +29,10 @@ class HostDouble : public Double<qal::IQHost> {
       table_[id] = service;
     }
   }
+  template <class... Services>
+  void OfferAll(Services&... services) {
+    (Offer(services), ...);
+  }
   void Withdraw(const qal::Guid& id) { table_.erase(id); }
 
   /// Whoever is registered under the identifier now, in order.

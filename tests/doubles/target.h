@@ -87,18 +87,9 @@ class TargetDouble {
 
   /// Offers every service of the debugger, with the path coverage service as the one that records.
   void OfferTo(HostDouble& host) {
-    host.Offer(path);
-    host.Offer(traceStart);
-    host.Offer(executionState);
-    host.Offer(limits);
-    host.Offer(editor);
+    host.OfferAll(path, traceStart, executionState, limits, editor, source, addressText, information, memory,
+                  expression, modules);
     host.Offer(qal::iid::kDataPaneEditor, &editor);
-    host.Offer(source);
-    host.Offer(addressText);
-    host.Offer(information);
-    host.Offer(memory);
-    host.Offer(expression);
-    host.Offer(modules);
   }
 
  private:

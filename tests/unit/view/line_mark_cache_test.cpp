@@ -56,15 +56,5 @@ TEST(LineMarkCache, MarksPushedOverTheLastLineNumberAreDropped) {
   EXPECT_EQ(cache.Find("a.c", 0xFFFFFFFE), std::nullopt);
 }
 
-TEST(LineMarkCache, TakingTheFilesEmptiesIt) {
-  LineMarkCache cache;
-  cache.Store("B.c", 1, 3);
-  cache.Store("a.C", 1, 3);
-  cache.Store("b.C", 2, 3);
-  EXPECT_EQ(cache.TakeFiles(), (std::vector<std::string>{"a.c", "b.c"}));
-  EXPECT_TRUE(cache.TakeFiles().empty());
-  EXPECT_EQ(cache.Find("b.c", 1), std::nullopt);
-}
-
 }  // namespace
 }  // namespace coverage

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <deque>
 #include <memory>
 #include <string>
@@ -10,9 +12,11 @@
 #include "doubles/ide_services.h"
 #include "doubles/message_boxes.h"
 #include "doubles/project_services.h"
+#include "doubles/script.h"
 #include "doubles/target.h"
 #include "doubles/window_service.h"
 #include "platform/window.h"
+#include "view/coverage_ctrl.h"
 
 namespace coverage {
 
@@ -48,16 +52,7 @@ class ViewWorld {
     target.Line(0x1002, kSource, 4, "  step();");
     target.Line(0x1010, kSource, 9, "void step(void) {");
     target.Line(0x5000, kSource, 20, "elsewhere");
-    host.Offer(settings);
-    host.Offer(options);
-    host.Offer(recorder);
-    host.Offer(errors);
-    host.Offer(frame);
-    host.Offer(session);
-    host.Offer(project);
-    host.Offer(workspace);
-    host.Offer(registry);
-    host.Offer(columns);
+    host.OfferAll(settings, options, recorder, errors, frame, session, project, workspace, registry, columns);
     window.OfferTo(host);
     for (std::uint32_t option = 1; option <= 5; ++option) options.state[option] = false;
   }
@@ -83,6 +78,37 @@ class ViewWorld {
   doubles::StubColumnService columns{log};
   FrameWindows window{log};
   doubles::RecordingBoxes boxes;
+};
+
+/// A view control over such an IDE.
+class ViewTest : public testing::Test {
+ protected:
+  ViewTest() { Restart(); }
+  void Restart() {
+    view = std::make_unique<CJepCoverageCtrl>(&world.host, &customizer);
+    view->CreateSinkWindow();
+  }
+  CoverageWindows& Open() { return view->Windows(); }
+  std::string Picture() {
+    std::string picture;
+    for (auto* window : Open().Windows()) {
+      picture += window->Record().kind == WindowKind::kFile ? "file" : "range";
+      for (const auto& [number, instance] : window->Record().instances) {
+        picture += platform::Format(" %x-%x", instance->start, instance->end);
+        if (!instance->functionName.empty()) picture += "=" + instance->functionName;
+        picture += std::string(instance->enableStatus ? "" : " off") + (instance->shown ? "*" : "");
+      }
+      picture += '\n';
+    }
+    return picture;
+  }
+  void Do(const std::string& lines, const std::function<void()>& action) {
+    EXPECT_EQ(doubles::Script(lines, &world.boxes).Run(action).left, "");
+  }
+
+  ViewWorld world;
+  CUiCustomizer customizer{&world.host};
+  std::unique_ptr<CJepCoverageCtrl> view;
 };
 
 }  // namespace coverage
