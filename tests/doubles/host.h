@@ -89,13 +89,4 @@ class HostDouble : public Double<qal::IQHost> {
   std::vector<std::pair<qal::Guid, qal::IQUnknown*>> registered_;
 };
 
-class StubComponentRegistrar : public Double<qal::IQComponentRegistrar> {
- public:
-  using Double::Double;
-  qal::Status RegisterComponent(qal::WideText name, std::uint32_t two, std::uint32_t one, std::uint32_t zero,
-                                const qal::Guid* classId) override {
-    return Log("registrar.RegisterComponent", name, two, one, zero, classId);
-  }
-};
-
 }  // namespace doubles

@@ -5,11 +5,8 @@
 #include <array>
 
 #include "commands/tokenizer.h"
-#include "doubles/host.h"
 #include "doubles/program_services.h"
-#include "doubles/project_services.h"
 #include "platform/text.h"
-#include "util/placeholder_resolver.h"
 
 namespace coverage {
 namespace {
@@ -113,28 +110,6 @@ TEST(Arguments, Keywords) {
     EXPECT_EQ(keyword.error, row.error) << row.token;
     EXPECT_EQ(keyword.defaulted, row.defaulted) << row.token;
   }
-}
-
-TEST(Arguments, StringsAndFileNames) {
-  CArgString required(true, "standard");
-  EXPECT_FALSE(required.Parse("", TokenKind::kWord));
-  EXPECT_EQ(required.error, CArg::kMissing);
-  EXPECT_EQ(required.value, "standard");
-  CArgString optional(false, "standard");
-  EXPECT_TRUE(optional.Parse("", TokenKind::kWord));
-  EXPECT_EQ(optional.defaulted, 1u);
-  EXPECT_TRUE(optional.Parse("\"a b\"", TokenKind::kQuoted));
-  EXPECT_EQ(optional.value, "\"a b\"");
-  EXPECT_EQ(optional.defaulted, 0u);
-
-  doubles::HostDouble host;
-  doubles::StubWorkspace workspace;
-  host.Offer(workspace);
-  PlaceholderResolver placeholders(&host);
-  CArgStringFileName file(true, {}, &placeholders);
-  EXPECT_TRUE(file.Parse("$(PD)\\a.cov", TokenKind::kWord));
-  EXPECT_EQ(file.value, "$(PD)\\a.cov");
-  EXPECT_EQ(file.expanded, "C:\\space\\demo\\a.cov");
 }
 
 TEST(Arguments, ADefaultLeavesItsTokenToTheNext) {

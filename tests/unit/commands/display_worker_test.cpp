@@ -45,14 +45,6 @@ TEST_F(DisplayTest, ListsWindowsUnderTheirNames) {
       << "the first instruction lies below the range and has no cell";
 }
 
-TEST_F(DisplayTest, SaysWhenThereIsNothing) {
-  EXPECT_EQ(Display(), "Can not display the coverage information.");
-  EXPECT_EQ(world.Run("cvd x"), "Invalid parameter !");
-  EXPECT_EQ(world.statusWord, 0);
-  world.Run("cvr 0x3000 0x3fff");
-  EXPECT_EQ(Display(), "Can not display the coverage information.") << "no instruction can be decoded";
-}
-
 /// Holds the first line back until it is let go, so that a test knows that a listing is under way.
 class SlowOutput final : public doubles::StubCommandOutput {
  public:

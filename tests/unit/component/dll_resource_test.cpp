@@ -73,14 +73,6 @@ TEST(ResourceModuleLoader, CopiesHoldTheLibraryThemselves) {
   EXPECT_EQ(ofNothing.module(), 0u);
 }
 
-TEST(ResourceModuleLoader, AnAttachedLibraryIsAskedToo) {
-  CDllResource resource;
-  resource.Attach(platform::Module::Load(InBin("module_of_ordinal_2.dll")).release());
-  EXPECT_EQ(resource.ordinalVersion(), 2);
-  EXPECT_EQ(resource.type(), "Resource");
-  EXPECT_EQ(resource.fileName(), "");
-}
-
 TEST(ResourceModuleLoader, VersionsCompareByMajorThenMinor) {
   CDllResource resource(InBin("module_of_interface_1_1.dll"));
   ASSERT_TRUE(resource.Load());

@@ -1,18 +1,13 @@
 #pragma once
 
-#include <deque>
 #include <functional>
 #include <memory>
 #include <string>
-#include <utility>
-#include <vector>
 
 #include "component/coverage_data_ctrl.h"
 #include "doubles/scratch_disk.h"
 #include "panes/pane_commands.h"
-#include "platform/presenter.h"
 #include "platform/queue.h"
-#include "platform/script_presenter.h"
 #include "unit/view/view_world.h"
 
 namespace coverage {
@@ -22,31 +17,16 @@ class Person {
  public:
   Person() {
     world.host.logLookups = true;
-    world.host.Offer(data);
-    world.host.Offer(world.recorder);
-    world.host.Offer(placeholders);
+    world.host.OfferAll(data, placeholders);
     disk.Put("space/demo/main.c", "int main(void) {}\n");
   }
 
   /// While the action runs, the lines act on whatever opens. What is open after the last one is cancelled.
-  void Do(std::deque<std::string> lines, const std::function<void()>& action) {
-    platform::ScriptPresenter hands(
-        [&]() -> std::optional<std::string> {
-          if (lines.empty()) return std::nullopt;
-          std::string line = std::move(lines.front());
-          lines.pop_front();
-          if (line != "meanwhile") return line;
-          meanwhile();
-          return "wait 1";
-        },
-        [&](std::string_view line) { slips += std::string(line) + '\n'; });
-    hands.SetAnnounce(false);
-    const platform::PresenterScope scope(hands);
-    platform::InstallMessageBoxPresenter(&world.boxes);
-    action();
-    platform::PumpPosted();
-    for (const std::string& line : lines) slips += "not reached: " + line + '\n';
-    platform::InstallMessageBoxPresenter(&world.boxes);
+  void Do(const std::string& lines, const std::function<void()>& action) {
+    doubles::Script script(lines, &world.boxes);
+    script.meanwhile = meanwhile;
+    script.Run(action);
+    slips += script.shown + script.left;
   }
 
   bool Begin() { return component->Initialize(&world.host, qal::kTrue) == qal::kOk && View() != nullptr; }
@@ -75,20 +55,17 @@ class Person {
     return window != nullptr ? window->Pane(1) : nullptr;
   }
   /// A command of the view control or of a pane; nothing without the window.
-  void Choose(platform::Window* window, std::uint32_t command, std::deque<std::string> lines = {}) {
-    if (window != nullptr) Do(std::move(lines), [&] { platform::RunCommand(*window, command); });
+  void Choose(platform::Window* window, std::uint32_t command, const std::string& lines = {}) {
+    if (window != nullptr) Do(lines, [&] { platform::RunCommand(*window, command); });
   }
-  void Open(std::deque<std::string> lines) {
-    Choose(View(), control_command::kOpenCoverage, std::move(lines));
-  }
-  void OpenRange() { Open({"type 9005 0x1000", "type 9006 0x10ff", "click 9029"}); }
+  void Open(const std::string& lines) { Choose(View(), control_command::kOpenCoverage, lines); }
+  void OpenRange() { Open("type 9005 0x1000;type 9006 0x10ff;click 9029"); }
   void OpenFile() {
-    Open({"click 9040", "click 9042", "menu cancel", std::string("type 9041 ") + ViewWorld::kSource,
-          "click 9029"});
+    Open(std::string("click 9040;click 9042;menu cancel;type 9041 ") + ViewWorld::kSource + ";click 9029");
   }
   void OnList(CoverageWindows::StatisticsPane* window, const char* line) {
     if (window == nullptr) return;
-    Do({}, [&] {
+    Do("", [&] {
       if (const auto slip = platform::ActOnList(window->List(), line)) slips += *slip + '\n';
     });
   }
