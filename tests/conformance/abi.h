@@ -119,22 +119,20 @@ class Object {
  public:
   Object() : table_(slots_) {
     for (auto& slot : slots_) slot = reinterpret_cast<void*>(+[](void*) -> Result { return kFailure; });
-    Set(
-        0, +[](void*, const Id*, void** out) -> Result {
-          *out = nullptr;
-          return kNoInterface;
-        });
-    Set(
-        1, +[](void*) -> std::uint32_t { return 1; });
-    Set(
-        2, +[](void*) -> std::uint32_t { return 0; });
+    Set(0, [](void*, const Id*, void** out) -> Result {
+      *out = nullptr;
+      return kNoInterface;
+    });
+    Set(1, [](void*) -> std::uint32_t { return 1; });
+    Set(2, [](void*) -> std::uint32_t { return 0; });
   }
   Object(const Object&) = delete;
   Object& operator=(const Object&) = delete;
 
-  template <class R, class... Arguments>
-  void Set(int slot, R (*operation)(void*, Arguments...)) {
-    slots_[slot] = reinterpret_cast<void*>(operation);
+  /// The operation is a function, or a lambda that captures nothing.
+  template <class Operation>
+  void Set(int slot, Operation operation) {
+    slots_[slot] = reinterpret_cast<void*>(+operation);
   }
   /// Where this object's table begins, for objects that are made of several.
   void** table() { return slots_; }

@@ -85,21 +85,19 @@ TEST_F(Clients, TheFormatViewGivesAndTakesFontAndColours) {
   EXPECT_EQ(Call(format, 8, face.put(), &size), kOk);
   EXPECT_EQ(face.str() + " " + std::to_string(size), "Courier New 11");
 
-  const In text("Text"), selected("Selected Text"), lower("text");
-  std::uint32_t fore = 0, back = 0;
-  EXPECT_EQ(Call(format, 15, text.get(), &fore, &back), kOk);
-  EXPECT_EQ(fore * 100 + back, 1717u);
-  EXPECT_EQ(Call(format, 15, selected.get(), &fore, &back), kOk);
-  EXPECT_EQ(fore * 100 + back, 1818u);
-  fore = back = 77;
-  EXPECT_EQ(Call(format, 15, lower.get(), &fore, &back), kOk);
-  EXPECT_EQ(fore * 100 + back, 7777u);
-
+  const In lower("text");
+  const auto colours = [&](const char* category) {
+    std::uint32_t fore = 77, back = 77;
+    EXPECT_EQ(Call(format, 15, In(category).get(), &fore, &back), kOk);
+    return fore * 100 + back;
+  };
+  EXPECT_EQ(colours("Text"), 1717u);
+  EXPECT_EQ(colours("Selected Text"), 1818u);
+  EXPECT_EQ(colours("text"), 7777u);
   EXPECT_EQ(Call(format, 12, std::uint32_t{3}, std::uint32_t{4}), kOk);
-  EXPECT_EQ(Call(format, 15, text.get(), &fore, &back), kOk);
-  EXPECT_EQ(fore * 100 + back, 304u);
+  EXPECT_EQ(colours("Text"), 304u);
   EXPECT_EQ(Call(format, 9, lower.get(), std::uint32_t{1}, std::uint32_t{2}), kOk);
-  fore = back = 77;
+  std::uint32_t fore = 77, back = 77;
   EXPECT_EQ(Call(format, 7, &fore, &back), kOk);
   EXPECT_EQ(fore * 100 + back, 7777u) << "the current category is none of the two";
 

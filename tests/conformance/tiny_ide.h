@@ -1,5 +1,6 @@
 #pragma once
 
+#include <concepts>
 #include <condition_variable>
 #include <deque>
 #include <map>
@@ -11,6 +12,11 @@
 #include "abi.h"
 
 namespace stranger {
+
+inline std::string Shown(const std::string& text) { return text; }
+inline std::string Shown(const char16_t* text) { return text ? Read(text) : "all"; }
+inline std::string Shown(const char16_t* const* text) { return Shown(text ? *text : nullptr); }
+inline std::string Shown(std::integral auto number) { return std::to_string(number); }
 
 /// A tiny IDE that knows the component only by its exports and slots. It loads the built module, offers
 /// services over a target of 256 bytes of code at 0x1000, and writes down what the component asks. One at a
@@ -30,9 +36,10 @@ class TinyIde {
 
   // The module's exports.
   void* Export(const char* name) const;
-  Result LibraryRegister2(void* registrar) const;
-  Result CreateInstance(void* key) const;
-  Result DestroyInstance(void* key) const;
+  template <class... Arguments>
+  Result Enter(const char* name, Arguments... arguments) const {
+    return reinterpret_cast<Result (*)(Arguments...)>(Export(name))(arguments...);
+  }
   /// The interface, or null; `result` receives the status.
   void* QueryInterface2(void* key, const char* id, Result* result = nullptr) const;
 
@@ -55,9 +62,15 @@ class TinyIde {
   std::string Run(const std::string& line);
 
   /// One line a call that the component made; forgets them.
-  std::string TakeLog();
-  std::string TakeLog(const std::string& prefix);
-  void Note(const std::string& line);
+  std::string TakeLog(const std::string& prefix = {});
+  /// Writes a call down with its arguments, and gives success.
+  template <class... Parts>
+  Result Note(std::string line, const Parts&... parts) {
+    ((line += " " + Shown(parts)), ...);
+    const std::lock_guard lock(mutex_);
+    log_.push_back(line);
+    return kOk;
+  }
 
   void* host() { return &host_; }
 
