@@ -35,66 +35,6 @@ TEST(Layout, IdentifiersCompareByAllSixteenBytes) {
   EXPECT_TRUE(base == qal::Guid(base));
 }
 
-TEST(Layout, NoIdentifierIsListedTwiceInError) {
-  const qal::Guid services[] = {
-      qal::iid::kRegistryClient,
-      qal::iid::kComponent2,
-      qal::iid::kColumnClient,
-      qal::iid::kTestImageSource,
-      qal::iid::kDebugActivitySink,
-      qal::iid::kWorkSpaceClient,
-      qal::iid::kWorkSpaceClient2,
-      qal::iid::kFormatViewClient2,
-      qal::iid::kFormatViewSink,
-      qal::iid::kCmdClient,
-      qal::iid::kCmdClient2,
-      qal::iid::kCoverageAutomation,
-      qal::iid::kPathCoverage,
-      qal::iid::kCountCoverage,
-      qal::iid::kTraceStart,
-      qal::iid::kSource,
-      qal::iid::kSymbolTable,
-      qal::iid::kAddressText,
-      qal::iid::kMemory,
-      qal::iid::kTargetInformation,
-      qal::iid::kExpression,
-      qal::iid::kAddressLimits,
-      qal::iid::kEditor,
-      qal::iid::kDataPaneEditor,
-      qal::iid::kColumnService,
-      qal::iid::kSessionState,
-      qal::iid::kProject,
-      qal::iid::kWorkspace,
-      qal::iid::kCustomPlaceholders,
-      qal::iid::kModules,
-      qal::iid::kSettings,
-      qal::iid::kMessageOptions,
-      qal::iid::kMacroRecorder,
-      qal::iid::kErrorText,
-      qal::iid::kCommandRegistry,
-      qal::iid::kCommandOutputService,
-      qal::iid::kFrame,
-      qal::iid::kSessionData,
-      qal::iid::kWindowService1,
-      qal::iid::kWindowService2,
-      qal::iid::kWindowService3,
-      qal::iid::kWindowService4,
-      qal::iid::kHostAux,
-      qal::iid::kHostAux2,
-      qal::iid::kExecutionState,
-      qal::event::kRedraw,
-      qal::event::kDownload,
-      qal::event::kCoverage,
-      qal::event::kReset,
-      qal::event::kIgnored,
-      qal::event::kPaneFirst,
-      qal::event::kPaneSecond,
-      qal::kClassId,
-  };
-  const std::set<qal::Guid> distinct(std::begin(services), std::end(services));
-  EXPECT_EQ(distinct.size(), std::size(services));
-}
-
 TEST(Layout, RecordsHaveTheirSizesAndPlaces) {
   EXPECT_EQ(sizeof(qal::PathPair), 8u);
   EXPECT_EQ(offsetof(qal::PathPair, target), 4u);

@@ -43,41 +43,6 @@ std::vector<qal::PathPair> Report(Random& random, const Neighbourhood& place, un
   return pairs;
 }
 
-TEST(CellTable, LaysOutOneCellAStep) {
-  struct Case {
-    std::uint32_t start, end, first, last;
-    std::size_t cells;
-  };
-  for (const Case& c : {Case{0x1000, 0x1FFF, 0x1000, 0x1FFF, 2048}, Case{0x1000, 0x1000, 0x1000, 0x1000, 1},
-                        Case{0x2000, 0x1000, 0x1000, 0x2000, 2049}, Case{0x1001, 0x1004, 0x1001, 0x1004, 2},
-                        Case{0xFFFFFFFE, 0xFFFFFFFF, 0xFFFFFFFE, 0xFFFFFFFF, 1}}) {
-    CoverageCellTable table;
-    table.Layout(c.start, c.end);
-    EXPECT_EQ(table.start(), c.first);
-    EXPECT_EQ(table.end(), c.last);
-    EXPECT_EQ(table.cellCount(), c.cells);
-    EXPECT_EQ(table.IndexOf(c.first), 0);
-    EXPECT_EQ(table.IndexOf(c.last), static_cast<std::int64_t>(c.cells) - 1);
-    EXPECT_EQ(table.IndexOf(c.first - 1), -1);
-    EXPECT_EQ(table.IndexOf(c.last + 1), -1);
-  }
-  CoverageCellTable none;
-  EXPECT_EQ(none.cellCount(), 0u);
-  EXPECT_FALSE(none.CellAt(0));
-}
-
-TEST(CellTable, AnOddAddressCountsInTheEvenOneBelow) {
-  CoverageCellTable table;
-  table.Layout(0x1000, 0x1007);
-  const qal::CountPair counts[] = {{0x1001, 5}, {0x1008, 9}, {0x0FFF, 9}, {0x1006, 0xFFFFFFFF}, {0x1006, 1}};
-  const qal::CountPair pass[] = {{0x1003, 2}, {0x1006, 0xFFFFFFFD}};
-  table.AddCounts(counts);
-  table.OrPass(pass);
-  EXPECT_EQ(literal::Picture(table), "4096:5/0 4098:0/2 4102:4294967296/1 ");
-  table.ClearAll();
-  EXPECT_EQ(literal::Picture(table), "");
-}
-
 TEST(CellTable, TimesAreASumOf64Bits) {
   CoverageCellTable table;
   table.Layout(0, 1);

@@ -88,13 +88,6 @@ TEST_F(CommandModelTest, AFileThatCannotBeOpened) {
   EXPECT_EQ(model.commandStore().active(), 1u);
 }
 
-TEST_F(CommandModelTest, TriesTheBareNameWhenTold) {
-  log.FailCall(1, "symbols.");
-  EXPECT_EQ(ListFileFunctions(&host, kFile, true).outcome, FileFunctions::Outcome::kListed);
-  EXPECT_EQ(log.Text("symbols."),
-            "symbols.GetFileFunctions(\"C:\\space\\demo\\main.c\")\nsymbols.GetFileFunctions(\"main.c\")\n");
-}
-
 TEST_F(CommandModelTest, EnablesAndClears) {
   CommandModel model(&host);
   model.SetStoreRange(0x10, 0x1F);
@@ -126,15 +119,6 @@ TEST_F(CommandModelTest, EnablesAndClears) {
   EXPECT_EQ(first->active() + second->active(), 0u);
   model.SetStoreEnabled(false);
   EXPECT_EQ(model.commandStoreActive() + model.commandStore().active(), 0u);
-}
-
-TEST_F(CommandModelTest, EndingWithdrawsEveryRange) {
-  CommandModel model(&host);
-  model.SetStoreRange(0x10, 0x1F);
-  model.AddWindow(0x20, 0x2F, "f");
-  log.Clear();
-  model.Withdraw();
-  EXPECT_EQ(log.Text(), "path.RemoveRange(0x20, 0x2f)\npath.RemoveRange(0x10, 0x1f)\n");
 }
 
 TEST_F(CommandModelTest, AReaderSeesWhatWasReportedBeforeItCame) {

@@ -58,15 +58,6 @@ TEST_F(CountsTest, RegistersARange) {
   EXPECT_EQ(boxes.Take(), "");
 }
 
-TEST_F(CountsTest, TheCountServiceActivates) {
-  UseCounts();
-  CoverageCounts counts(&host);
-  counts.SetActive(0);
-  EXPECT_EQ(counts.SetRange(0x10, 0x1F), 1u);
-  EXPECT_EQ(Range(counts), "10-1f, 8 cells, active 1");
-  EXPECT_EQ(log.Text(), "count.AddRange(0x10, 0x1f)\n");
-}
-
 TEST_F(CountsTest, ARefusedRangeLeavesTheOldOne) {
   CoverageCounts counts(&host);
   log.FailCall(1);
@@ -148,12 +139,6 @@ TEST_F(CollectionTest, APathReportGoesToEveryEnabledStore) {
   EXPECT_EQ(Pictures(), "m1s0 12:1/0 14:1/0 | m1s0 | m1s0 44:1/0 46:1/1 | 12:1/0 14:1/0 16:1/1 ");
 }
 
-TEST_F(CollectionTest, WithoutATraceStartThePathBeginsAtZero) {
-  path.pairs = {{0x2, 0x20}};
-  EXPECT_TRUE(collector.Collect(all, nullptr));
-  EXPECT_EQ(Pictures(), "m1s0 0:1/0 2:1/1 | m1s0 | m1s0 | ");
-}
-
 TEST_F(CollectionTest, TheCountServiceAnswersWhenThePathServiceDoesNot) {
   host.Offer(count);
   count.counts = {{0x0, 7}, {0x10, 8}, {0x21, 9}};
@@ -190,12 +175,6 @@ TEST_F(CollectionTest, ACountReportReachesOverlappingRanges) {
       ASSERT_EQ(literal::Picture(all[i]->counts->table()), literal::Picture(oracles[i])) << "round " << round;
     }
   }
-}
-
-TEST_F(CollectionTest, NothingIsModifiedWhenNobodyAnswers) {
-  log.FailCall(1, "path.GetPath");
-  EXPECT_FALSE(collector.Collect(all, &model));
-  EXPECT_EQ(Pictures(), "m0s1 | m0s1 | m0s1 | ");
 }
 
 TEST_F(CollectionTest, WhatIsPendingSurvivesEveryChange) {

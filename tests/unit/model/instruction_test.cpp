@@ -92,15 +92,6 @@ TEST(InstructionWalk, Walks) {
   for (const Case& c : cases) EXPECT_EQ(Walked(c.start, c.end, c.alignment, code), c.walked) << c.what;
 }
 
-TEST(InstructionWalk, FurtherInstructionsReplaceTheLast) {
-  Listing code;
-  code.Add(0, {2, 2, 2, 2});
-  for (const auto& [limit, walked] :
-       {std::pair{0, ""}, {1, "6+2 "}, {3, "0+2 2+2 6+2 "}, {4, "0+2 2+2 4+2 6+2 "}}) {
-    EXPECT_EQ(Walked(0, 7, {}, code, static_cast<std::uint64_t>(limit)), walked);
-  }
-}
-
 TEST(InstructionWalk, KeepsGoingWhenNothingDecodes) {
   Listing nothing;
   EXPECT_EQ(Walked(0xFFFFFF00, 0xFFFFFFFF, {}, nothing), "");
@@ -190,21 +181,6 @@ TEST(DisassemblyCache, KeepsUntilItIsDropped) {
   EXPECT_EQ(code.asked, 17);
 }
 
-TEST(DisassemblyCache, TextsStayWhereTheyAre) {
-  DisassemblyCache cache;
-  const std::string code(100, 'x');
-  std::vector<Instruction> kept;
-  for (std::uint32_t at = 0; at < 60'000; at += 2) {
-    kept.push_back(cache.Keep(at, {2, platform::Format("%08x", at), code}));
-  }
-  for (std::uint32_t at = 0; at < 60'000; at += 2) {
-    Instruction found;
-    ASSERT_TRUE(cache.Find(at, found));
-    ASSERT_EQ(found.addressText.data(), kept[at / 2].addressText.data());
-    ASSERT_EQ(AddressOfText(found.addressText), at);
-  }
-}
-
 // --- percentages
 
 struct PercentageTest : ReaderTest {
@@ -229,13 +205,6 @@ TEST_F(PercentageTest, ExecutedInstructionsOfAll) {
   EXPECT_EQ(instance.percentage, 0u);
 }
 
-TEST_F(PercentageTest, IsCutToAWholeNumber) {
-  instance.end = 0x100D;
-  instance.counts->SetRange(0x1000, 0x100D);
-  for (const std::uint32_t at : {0x1000u, 0x1004u, 0x1008u}) instance.counts->AddOne(at, 1, 0);
-  EXPECT_EQ(Compute(), 42u) << "3 of 7";
-}
-
 TEST_F(PercentageTest, FollowsTheCode) {
   instance.counts->AddOne(0x1002, 1, 0);
   EXPECT_EQ(Compute(), 10u);
@@ -253,12 +222,6 @@ TEST_F(PercentageTest, FollowsMemoryThatBecomesReadable) {
   EXPECT_EQ(Compute(), 0u) << "0 of 9";
   target.Instructions(0x1004, {2});
   EXPECT_EQ(Compute(), 10u);
-}
-
-TEST_F(PercentageTest, WithoutServicesThereIsNone) {
-  instance.counts->AddOne(0x1000, 1, 0);
-  host.Withdraw(qal::iid::kTargetInformation);
-  EXPECT_EQ(Compute(), 0u);
 }
 
 TEST(InstructionPlan, AgreesWithRecordingEveryText) {

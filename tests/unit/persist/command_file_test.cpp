@@ -88,48 +88,6 @@ std::string Untyped(const std::string& start, const std::string& end, const std:
          "\r\nEnable_status= 1\r\n" + rows;
 }
 
-TEST_F(CommandFileTest, SavesTheCurrentRangeAndLoadsItAsAWindow) {
-  EXPECT_EQ(Save(), "80040A01") << "no range";
-  EXPECT_FALSE(drive.Has("a.cov"));
-  model.SetStoreRange(0x1000, 0x1005);
-  model.commandStore().AddOne(0x1002, 5000000000, 3);
-  const std::string saved = Save();
-  const std::string section =
-      Typed("00001000", "00001005", "00000001", "",
-            "00000000\t-\t00001000\r\n5000000000\tT/F\t00001002\r\n00000000\t-\t00001004");
-  EXPECT_EQ(saved, Header() + "Type= Range\r\n" +
-                       platform::ReplaceAll(section, "Percentage= 00000000", "Percentage= 00000033"));
-  EXPECT_EQ(Load(saved), "0\n");
-  EXPECT_EQ(Model(), "1000-1005 on\n1 : 1000-1005 on 1002:4294967295T/F\n");
-}
-
-TEST_F(CommandFileTest, WindowsOfASourceFileComeBack) {
-  ASSERT_TRUE(model.OpenFile(kSource, true));
-  model.FirstEntry(2)->counts->AddOne(0x1004, 7, 2);
-  model.SetWindowEnabled(1, false);
-  const std::string saved = Save();
-  EXPECT_EQ(saved.substr(0, saved.find("[")), Header() + "Type= File\r\nFile name= " + kSource + "\r\n");
-  EXPECT_NE(saved.find("[Coverage Instance 2]"), std::string::npos);
-  const std::string before = Model();
-  model.RemoveAllWindows();
-  EXPECT_EQ(Load(saved), "0\n");
-  EXPECT_EQ(Model(), before);
-  EXPECT_EQ(model.filePath(), kSource);
-}
-
-TEST_F(CommandFileTest, WindowsOfRangesComeBack) {
-  EXPECT_EQ(Load(Header() + "Type= Range\r\n" +
-                 Typed("00001000", "00001003", "00000001", "", "00000003\tT\t00001000\r\n") +
-                 Typed("00002000", "00002003", "0", "main", "00000004\tF\t00002002\r\n")),
-            "0\n");
-  const std::string before = Model();
-  EXPECT_EQ(before, "0-0 on\n1 : 1000-1003 on 1000:3T\n2 main: 2000-2003 off 2002:4F\n");
-  const std::string saved = Save();
-  EXPECT_NE(saved.find("[Coverage Window 1]"), std::string::npos);
-  EXPECT_EQ(Load(saved), "0\n");
-  EXPECT_EQ(Model(), before);
-}
-
 TEST_F(CommandFileTest, RefusedAndMissingWindows) {
   ASSERT_TRUE(model.OpenFile(kSource, true));
   doubles::RecordingBoxes boxes;
@@ -137,15 +95,6 @@ TEST_F(CommandFileTest, RefusedAndMissingWindows) {
   model.AddWindow(0x2000, 0x2003, "refused");
   EXPECT_EQ(boxes.Take(), "exclamation ok: error 0x80004005\n");
   EXPECT_EQ(Save().find("refused"), std::string::npos) << "a window without a range is left out";
-}
-
-TEST_F(CommandFileTest, ReadsRows) {
-  const std::string head = Header() + "Type= Range\r\n";
-  EXPECT_EQ(Load(head + Typed("00001000", "00001003", "1", "",
-                              "00000003\tT\t00001000\r\n00000004\tF\t00001000\r\n00000009\tT\t00003000\r\n"
-                              "5000000000\t-\t00001002\r\n00000001\tX\t00001003\r\n")),
-            "0\n");
-  EXPECT_EQ(Model(), "0-0 on\n1 : 1000-1003 on 1000:7T/F 1002:4294967296-\n");
 }
 
 TEST_F(CommandFileTest, UntypedSectionsReplaceTheCurrentRange) {

@@ -68,24 +68,6 @@ class SectionWriterTest : public testing::Test {
   doubles::TargetDouble target;
 };
 
-TEST_F(SectionWriterTest, WritesAnInstanceAndMarksItSaved) {
-  target.Instructions(0x1000, {2, 4, 2, 2});
-  CoverageInstance instance(&host, 0x1000, 0x1009, "main", 1);
-  instance.counts->SetRange(0x1000, 0x1009);
-  instance.counts->AddOne(0x1000, 3, 1);
-  instance.counts->AddOne(0x1002, 5000000000, 3);
-  instance.percentage = 42;
-  instance.enableStatus = 0;
-  EXPECT_EQ(Section(instance),
-            "Configuration name= Debug\r\nProject name= demo\r\nType= Range\r\nFile name= $(PROJDIR)\\a.c\r\n"
-            "[Coverage Instance 12]\r\nStart Address= 00001000\r\nEnd Address= 00001009\r\n"
-            "Enable_status= 00000000\r\nPercentage= 00000042\r\nFunction_name= main\r\n"
-            " (Times)\t(Pass)\t(Address)\r\n00000003\tT\t00001000\r\n5000000000\tT/F\t00001002\r\n"
-            "00000000\t-\t00001006\r\n00000000\t-\t00001008");
-  EXPECT_EQ(instance.modified, 0u);
-  EXPECT_EQ(instance.saved, 1u);
-}
-
 TEST_F(SectionWriterTest, AnInstructionBelowTheRangeIsARowWithoutACell) {
   target.information.alignment = 4;
   target.Instructions(0x1000, {4, 2});

@@ -35,19 +35,6 @@ TEST_F(Files, LineFeedsAreWrittenAsCrLf) {
   EXPECT_EQ(disk.Bytes("out.cov"), "") << "opening truncates";
 }
 
-TEST_F(Files, BlocksLargerThanTheBufferKeepTheirPlace) {
-  TextWriter writer;
-  ASSERT_TRUE(writer.Open("C:\\big.cov"));
-  std::string expected;
-  for (const std::size_t size : {10u, 200000u, 100000u, 600000u, 1u, 131072u, 262144u, 3u}) {
-    const std::string block(size, static_cast<char>('a' + expected.size() % 26));
-    writer.WriteRaw(block);
-    expected += block;
-  }
-  EXPECT_TRUE(writer.Close());
-  EXPECT_EQ(disk.Bytes("big.cov"), expected);
-}
-
 TEST_F(Files, AFullDiskIsReportedAndKeepsWhatFitted) {
   TextWriter writer;
   ASSERT_TRUE(writer.Open("C:\\full.cov"));
@@ -61,15 +48,6 @@ TEST_F(Files, AFullDiskIsReportedAndKeepsWhatFitted) {
   ASSERT_TRUE(writer.Open("C:\\full.cov"));
   writer.Write("again");
   EXPECT_TRUE(writer.Close()) << writer.Error();
-}
-
-TEST_F(Files, WritersThatCannotOpenFail) {
-  TextWriter writer;
-  EXPECT_FALSE(writer.Open("C:\\no\\such\\file"));
-  EXPECT_FALSE(writer.ok());
-  writer.Write("x");
-  EXPECT_FALSE(writer.Close());
-  EXPECT_FALSE(writer.Open("C:\\")) << "a directory";
 }
 
 TEST_F(Files, LinesAreReadWithEitherEnd) {
@@ -115,20 +93,6 @@ TEST_F(Files, LongLinesAreCutAndTheirRestSkipped) {
   }
 }
 
-TEST_F(Files, ReadingCanGoBack) {
-  disk.Put("in", "one\r\ntwo\r\n" + std::string(600000, 'x') + "\nlast");
-  TextReader reader;
-  ASSERT_TRUE(reader.Open("C:\\in"));
-  std::string_view line;
-  ASSERT_TRUE(reader.ReadLine(&line));
-  const std::uint64_t second = reader.Position();
-  while (reader.ReadLine(&line)) {
-  }
-  ASSERT_TRUE(reader.Seek(second));
-  ASSERT_TRUE(reader.ReadLine(&line));
-  EXPECT_EQ(line, "two");
-}
-
 TEST_F(Files, PiecesForScanningHoldAtLeastWhatIsAsked) {
   const std::string bytes(300000, 'y');
   disk.Put("in", bytes);
@@ -170,17 +134,6 @@ TEST_F(Files, WholeFilesHaveALimit) {
   EXPECT_EQ(ReadFile("C:\\none"), std::nullopt);
   EXPECT_EQ(FileSize("C:\\in"), 5u);
   EXPECT_EQ(FileSize("C:\\"), std::nullopt);
-}
-
-TEST_F(Files, DirectoriesAreMadeOneLevelAtATime) {
-  EXPECT_FALSE(CreateDirectory("C:\\a\\b"));
-  EXPECT_TRUE(CreateDirectory("C:\\a"));
-  EXPECT_TRUE(CreateDirectory("C:\\a\\b\\"));
-  EXPECT_TRUE(CreateDirectory("C:\\A\\b")) << "there already";
-  disk.Put("file", "");
-  EXPECT_FALSE(CreateDirectory("C:\\file"));
-  EXPECT_TRUE(RemoveFile("C:\\file"));
-  EXPECT_FALSE(RemoveFile("C:\\file"));
 }
 
 }  // namespace

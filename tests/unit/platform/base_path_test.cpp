@@ -6,26 +6,6 @@
 namespace platform {
 namespace {
 
-TEST(Paths, Parts) {
-  const struct {
-    const char *path, *directory, *file, *extension;
-  } rows[] = {
-      {"C:\\Work\\a.c", "C:\\Work", "a.c", ".c"},
-      {"C:\\a", "C:\\", "a", ""},
-      {"\\a.b.COV", "\\", "a.b.COV", ".COV"},
-      {"C:a.c", "", "a.c", ".c"},
-      {"a.d\\b", "a.d", "b", ""},
-      {"a/b.txt", "a", "b.txt", ".txt"},
-      {"a\\", "a", "", ""},
-      {"", "", "", ""},
-  };
-  for (const auto& row : rows) {
-    EXPECT_EQ(DirectoryPart(row.path), row.directory) << row.path;
-    EXPECT_EQ(FilePart(row.path), row.file) << row.path;
-    EXPECT_EQ(ExtensionPart(row.path), row.extension) << row.path;
-  }
-}
-
 TEST(Paths, PartsOfShiftJisNames) {
   ASSERT_TRUE(SetCodePage(kShiftJis));
   EXPECT_EQ(DirectoryPart("C:\\\x95\x5C"), "C:\\");
@@ -35,17 +15,6 @@ TEST(Paths, PartsOfShiftJisNames) {
   EXPECT_EQ(WithoutTrailingSeparator("C:\\\x95\x5C\\"), "C:\\\x95\x5C");
   EXPECT_EQ(WithoutTrailingSeparator("C:\\\x95\x5C"), "C:\\\x95\x5C");
   SetCodePage(kUtf8);
-}
-
-TEST(Paths, Joining) {
-  EXPECT_EQ(JoinPath("C:\\a", "b.c"), "C:\\a\\b.c");
-  EXPECT_EQ(JoinPath("C:\\a\\", "b.c"), "C:\\a\\b.c");
-  EXPECT_EQ(JoinPath("C:\\a\\", "\\b.c"), "C:\\a\\b.c");
-  EXPECT_EQ(JoinPath("", "b.c"), "b.c");
-  EXPECT_EQ(JoinPath("C:\\a", ""), "C:\\a");
-  EXPECT_EQ(WithoutTrailingSeparator("C:\\"), "C:\\");
-  EXPECT_EQ(WithoutTrailingSeparator("\\"), "\\");
-  EXPECT_EQ(WithoutTrailingSeparator("a\\\\"), "a");
 }
 
 TEST(Paths, FullPaths) {
@@ -107,14 +76,6 @@ TEST(Paths, PathsLongerThanTheSystemTakesAreRefusedNotFollowed) {
   for (int i = 0; i < 50000; ++i) path += "\\a";
   EXPECT_FALSE(PathExists(path));
   EXPECT_FALSE(CreateDirectory(path));
-}
-
-TEST(Paths, TheSystemAnswersAboutItself) {
-  EXPECT_TRUE(IsDirectory(WindowsDirectory()));
-  EXPECT_TRUE(IsDirectory(SystemDirectory()));
-  EXPECT_TRUE(IsDirectory(TempDirectory()));
-  EXPECT_FALSE(UserName().empty());
-  EXPECT_TRUE(IsAbsolutePath(CurrentDirectory()));
 }
 
 }  // namespace

@@ -69,35 +69,6 @@ TEST(ResourceCompiler, IdentifiersStandOnce) {
   }
 }
 
-TEST(ResourceCompiler, NestedMenusKeepTheirLevels) {
-  Resources resources;
-  ReadMenus("menu 1\n  popup \"a\"\n    popup \"b\"\n      command 5 \"c\"\n    separator\n  command 6 \"d\"",
-            "f", &resources);
-  std::string picture;
-  for (const MenuItem& item : resources.menus.at(0).items) {
-    picture +=
-        std::string(item.level, '.') + (item.text.empty() ? "-" : item.text) + std::to_string(item.id) + " ";
-  }
-  EXPECT_EQ(picture, "a0 .b0 ..c5 .-0 d6 ");
-}
-
-TEST(ResourceCompiler, ToolbarsAreLittleEndianWordsWithTheirCount) {
-  Resources resources;
-  ReadToolbars("toolbar 9 version 1 width 16 height 15\n  32770 -\n  1", "f", &resources);
-  EXPECT_EQ(resources.toolbars.at(0).bytes,
-            (std::vector<std::uint8_t>{1, 0, 16, 0, 15, 0, 3, 0, 0x02, 0x80, 0, 0, 1, 0}));
-}
-
-TEST(ResourceCompiler, ImagesStandSideBySide) {
-  Resources resources;
-  ReadBitmaps(
-      "colour a 1\ncolour b 0x2\nimage one 1 2\n  a\n  b\nimage two 2 2\n  ab\n  bb\nbitmap 3 two one", "f",
-      &resources);
-  const Bitmap& bitmap = resources.bitmaps.at(0);
-  EXPECT_EQ(bitmap.width, 3);
-  EXPECT_EQ(bitmap.pixels, (std::vector<std::uint32_t>{1, 2, 1, 2, 2, 2}));
-}
-
 TEST(ResourceCompiler, TextsSurviveAsLiterals) {
   Resources resources;
   ReadStrings("7 kA \"a\\n\\\"\\\\\\t?\?/1\xC3\xA9\"", "f", &resources);

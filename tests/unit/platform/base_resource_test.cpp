@@ -48,14 +48,6 @@ TEST(Modules, AHandleLivesAsLongAsItsLastHolder) {
   EXPECT_EQ(FindExport(handle, "GetDLLType"), nullptr);
 }
 
-TEST_F(ResourceModule, TextsComeFromTheModule) {
-  EXPECT_EQ(LoadText(strings::kCode), "Code");
-  EXPECT_EQ(LoadText(strings::kCoverageAsm), "Coverage - ASM");
-  EXPECT_EQ(LoadText(32779), "Launches the Go To Address dialog \nGo To Address");
-  EXPECT_EQ(LoadText(strings::kPlaceholderError + 33), "Align following text to the right");
-  EXPECT_EQ(LoadText(1), std::nullopt);
-}
-
 TEST_F(ResourceModule, MenusListTheirCommands) {
   const auto commands = [](std::uint32_t id) {
     const MenuTemplate* menu = LoadMenu(id);
@@ -74,33 +66,6 @@ TEST_F(ResourceModule, MenusListTheirCommands) {
   EXPECT_EQ(LoadMenu(9), nullptr);
 }
 
-TEST_F(ResourceModule, TheKeyOfTheCoverageCommand) {
-  const AcceleratorTable* table = LoadAccelerators(coverage::resource::kAccelerators);
-  ASSERT_TRUE(table && table->count == 1);
-  EXPECT_EQ(table->entries[0].modifiers, key_modifier::kShift | key_modifier::kControl);
-  EXPECT_EQ(table->entries[0].key, 'O');
-  EXPECT_EQ(table->entries[0].command, 32770u);
-}
-
-TEST_F(ResourceModule, ToolbarsHaveAPictureForEachButton) {
-  for (const std::uint32_t id : {203u, 9073u, 9074u, 9089u}) {
-    const auto bytes = LoadToolbar(id);
-    ASSERT_GE(bytes.size(), 8u) << id;
-    const auto word = [&](std::size_t i) { return bytes[2 * i] | bytes[2 * i + 1] << 8; };
-    EXPECT_EQ(word(0), 1) << id;
-    EXPECT_EQ(word(1), 16) << id;
-    EXPECT_EQ(word(2), 15) << id;
-    ASSERT_EQ(bytes.size(), 8u + 2u * static_cast<std::size_t>(word(3))) << id;
-    int buttons = 0;
-    for (int i = 0; i < word(3); ++i) buttons += word(4 + static_cast<std::size_t>(i)) != 0;
-    const BitmapResource* pictures = LoadBitmap(id);
-    ASSERT_NE(pictures, nullptr) << id;
-    EXPECT_EQ(pictures->width, buttons * 16) << id;
-    EXPECT_GE(pictures->height, 15) << id;
-  }
-  EXPECT_TRUE(LoadToolbar(1).empty());
-}
-
 TEST_F(ResourceModule, ImagesThatCrossInterfacesHave256Pixels) {
   for (const std::uint32_t id : {9077u, 9079u, 9080u, 9081u, 9086u, 9089u}) {
     const BitmapResource* bitmap = LoadBitmap(id);
@@ -112,19 +77,6 @@ TEST_F(ResourceModule, ImagesThatCrossInterfacesHave256Pixels) {
   ASSERT_TRUE(items);
   EXPECT_EQ(items->width, 32);
   EXPECT_EQ(items->height, 16);
-}
-
-/// A mark shows nothing outside its mask: white there.
-TEST_F(ResourceModule, MarksFitTheirMask) {
-  const BitmapResource* mask = LoadBitmap(coverage::resource::kBitmapMarkMask);
-  for (const std::uint32_t id : coverage::resource::kBitmapMarks) {
-    const BitmapResource* mark = LoadBitmap(id);
-    for (std::size_t i = 0; i < 256; ++i) {
-      if (mask->pixels[i] == 0xFFFFFF) {
-        EXPECT_EQ(mark->pixels[i], 0xFFFFFFu) << id << " at " << i;
-      }
-    }
-  }
 }
 
 TEST_F(ResourceModule, DialogsFitTheirFrames) {
@@ -179,19 +131,6 @@ TEST(Resources, TablesOfAnotherVersionAreNotRead) {
   RegisterResourceTable(78, &kLater);
   EXPECT_EQ(ResourcesOf(78), nullptr);
   RegisterResourceTable(78, nullptr);
-}
-
-TEST(Resources, TextsArriveInTheCodePage) {
-  constexpr StringResource kTexts[] = {{1, "表"}};
-  const ResourceTable table = {kResourceTableVersion, 1, 0, 0, 0, 0, 0, kTexts};
-  ASSERT_TRUE(SetCodePage(kShiftJis));
-  EXPECT_EQ(LoadText(ResourceContext{0, &table}, 1), "\x95\x5C");
-  SetCodePage(kUtf8);
-}
-
-TEST(Resources, TheLibraryHasEveryTextOfItsOwn) {
-  EXPECT_EQ(coverage::Text(strings::kInvalidParameter), "Invalid parameter");
-  EXPECT_EQ(coverage::Text(1), "");
 }
 
 }  // namespace

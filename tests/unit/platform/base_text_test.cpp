@@ -35,29 +35,6 @@ TEST_F(Text, LoneHalvesOfPairsBecomeQuestionMarks) {
   EXPECT_EQ(Narrow(std::u16string_view(u"\xD83D\xDE00")), "\xF0\x9F\x98\x80");
 }
 
-TEST_F(Text, BlocksKeepTheirLengthAndNullIsEmpty) {
-  const Wide block(std::string_view("a\0b", 3));
-  EXPECT_EQ(qal::TextLength(block.get()), 3u);
-  EXPECT_EQ(Narrow(block.get()), std::string("a\0b", 3));
-  EXPECT_EQ(Narrow(qal::WideText{nullptr}), "");
-}
-
-TEST_F(Text, OutArgumentsCanBeUsedAgain) {
-  WideOut out;
-  EXPECT_TRUE(out.empty());
-  *out.put() = NewWide("first");
-  *out.put() = NewWide("second");
-  EXPECT_EQ(out.str(), "second");
-  *out.put() = NewWide("");
-  EXPECT_TRUE(out.empty());
-}
-
-TEST_F(Text, OnlyTheTwoCodePagesAreTaken) {
-  ASSERT_TRUE(SetCodePage(kShiftJis));
-  EXPECT_FALSE(SetCodePage(1252));
-  EXPECT_EQ(CodePage(), kShiftJis);
-}
-
 // In code page 932 the second byte of some characters is 0x5C, a backslash on its own: 表 is 95 5C, ソ is 83
 // 5C.
 TEST_F(Text, ABackslashInsideACharacterIsNone) {
@@ -109,17 +86,6 @@ TEST_F(Text, CaseKeepsTheNumberOfBytes) {
   ASSERT_TRUE(SetCodePage(kShiftJis));
   EXPECT_EQ(ToLower("\x83\x41"), "\x83\x41") << "the second byte of ア is an A";
   EXPECT_EQ(ToLower("\x82\x60"), "\x82\x81") << "wide A";
-}
-
-TEST_F(Text, SmallHelpers) {
-  EXPECT_EQ(Trim(" \t a b\r\n"), "a b");
-  EXPECT_EQ(Trim(" \n"), "");
-  EXPECT_EQ(ReplaceAll("aXbXX", "X", ""), "ab");
-  EXPECT_EQ(ReplaceAll("abc", "", "x"), "abc");
-  EXPECT_EQ(FindText("abc", ""), 0u);
-  EXPECT_EQ(FindText("abc", "c", 3), std::string::npos);
-  EXPECT_EQ(Format("%s-%d", "x", 7), "x-7");
-  EXPECT_EQ(Format("%s!", std::string(300, 'y').c_str()), std::string(300, 'y') + "!");
 }
 
 }  // namespace

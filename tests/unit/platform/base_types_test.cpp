@@ -28,30 +28,6 @@ TEST(Variants, ListsCrossAsArraysOfVariants) {
   EXPECT_EQ(TextListOf(categories.get()), texts);
 }
 
-TEST(Variants, EmptyListsAreArraysAndAbsentOnesAreNot) {
-  const OwnedVariant empty(IdListVariant({}));
-  EXPECT_EQ(IdListOf(empty.get()), std::vector<std::uint32_t>{});
-  const OwnedVariant absent;
-  EXPECT_EQ(absent.get()->tag, 0);
-  EXPECT_EQ(IdListOf(absent.get()), std::nullopt);
-  EXPECT_EQ(IdListOf(nullptr), std::nullopt);
-  EXPECT_EQ(TextOf(absent.get()), std::nullopt);
-}
-
-TEST(Variants, ElementsOfAnotherKindAreReadAsNothing) {
-  OwnedVariant list(IdListVariant(std::vector<std::uint32_t>{1, 2}));
-  list.get()->array->elements[0] = TextVariant("x");
-  EXPECT_EQ(IdListOf(list.get()), (std::vector<std::uint32_t>{0, 2}));
-}
-
-TEST(Variants, BareArraysOfTexts) {
-  const std::vector<std::string> names{"cvr", "cv"};
-  qal::VariantArray* array = NewTextArray(names);
-  EXPECT_EQ(TextsOf(array), names);
-  qal::FreeVariantArray(array);
-  EXPECT_EQ(TextsOf(nullptr), std::vector<std::string>{});
-}
-
 TEST(Clocks, TheInstalledClockRulesTimersAndTexts) {
   ManualClock manual(86400 * 365);
   ASSERT_EQ(InstallClock(&manual), nullptr);
@@ -73,26 +49,6 @@ struct Scripted final : MessageBoxPresenter {
   std::string shown;
   Answer answer = Answer::kOk;
 };
-
-TEST(MessageBoxes, WithoutAPresenterTheAnswerIsCautious) {
-  EXPECT_EQ(ShowMessageBox("x"), Answer::kOk);
-  EXPECT_EQ(ShowMessageBox("x", Icon::kNone, Buttons::kOkCancel), Answer::kCancel);
-  EXPECT_EQ(ShowMessageBox("x", Icon::kNone, Buttons::kYesNo), Answer::kNo);
-  EXPECT_EQ(ShowMessageBox("x", Icon::kNone, Buttons::kYesNoCancel), Answer::kCancel);
-}
-
-TEST(MessageBoxes, ThePresenterAnswersWithTheButtonsThatAreThere) {
-  Scripted presenter;
-  ASSERT_EQ(InstallMessageBoxPresenter(&presenter), nullptr);
-  SetMessageBoxCaption("QAL");
-  presenter.answer = Answer::kYes;
-  EXPECT_EQ(ShowMessageBox("Save?", Icon::kQuestion, Buttons::kYesNo), Answer::kYes);
-  EXPECT_EQ(ShowMessageBox("Create?", Icon::kExclamation, Buttons::kOkCancel), Answer::kCancel)
-      << "has no Yes";
-  EXPECT_EQ(presenter.shown, "QAL/Save?/question/yes-no\nQAL/Create?/exclamation/ok-cancel\n");
-  SetMessageBoxCaption("");
-  EXPECT_EQ(InstallMessageBoxPresenter(nullptr), &presenter);
-}
 
 }  // namespace
 }  // namespace platform

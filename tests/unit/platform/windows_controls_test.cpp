@@ -65,21 +65,6 @@ TEST_F(Controls, EditNeverSplitsACharacterNorRefusesItsSecondByte) {
   SetCodePage(kUtf8);
 }
 
-TEST_F(Controls, EditTellsEveryChangeOfItsText) {
-  Edit edit;
-  ASSERT_TRUE(edit.Create(frame, 5, "start"));
-  TakeNews();
-  edit.SetText("one");
-  edit.SetText("one");
-  edit.TypeOver("two");
-  edit.Type("!");
-  EXPECT_EQ(TakeNews(), "notify 5 code 768\nnotify 5 code 768\nnotify 5 code 768\n");
-  EXPECT_EQ(edit.Text(), "two!");
-  edit.Enable(false);
-  EXPECT_FALSE(edit.Type("?"));
-  EXPECT_EQ(edit.Text(), "two!");
-}
-
 TEST_F(Controls, ComboBoxChoosesTypesAndRemembers) {
   ComboBox combo;
   ASSERT_TRUE(combo.Create(frame, 204));
@@ -102,21 +87,6 @@ TEST_F(Controls, ComboBoxChoosesTypesAndRemembers) {
   std::string items;
   for (const std::string& item : combo.Items()) items += item + " ";
   EXPECT_EQ(items, "7 11 10 9 8 6 5 4 3 2 ");
-}
-
-TEST_F(Controls, DropDownListTakesItsItemsOnly) {
-  ComboBox list(ControlKind::kDropDownList);
-  ASSERT_TRUE(list.Create(frame, 7));
-  list.SetItems({"a.cov", "b.cov"});
-  EXPECT_FALSE(list.Type("c.cov"));
-  list.SetText("c.cov");
-  EXPECT_EQ(list.Selected(), -1);
-  list.SetText("b.cov");
-  EXPECT_EQ(list.Selected(), 1);
-  list.Send(message::kKeyDown, key::kUp);
-  EXPECT_EQ(list.Text(), "a.cov");
-  list.ClearItems();
-  EXPECT_EQ(list.Text(), "");
 }
 
 TEST_F(Controls, ButtonsPressLikeButtons) {

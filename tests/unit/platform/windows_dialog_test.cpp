@@ -75,30 +75,6 @@ LResult SettingsDialog::OnMessage(const Message& message) {
   return Dialog::OnMessage(message);
 }
 
-TEST(Dialogs, AreFilledInByAScript) {
-  Script script{"type 11 a;b|c.cov", "choose 12 2000", "click 14", "check 15 on", "row 1", "dialog",
-                "click OK"};
-  SettingsDialog dialog;
-  EXPECT_EQ(dialog.DoModal(), static_cast<int>(kIdOk));
-  EXPECT_EQ(dialog.accepted, "abc.cov 2000");
-  EXPECT_EQ(script.shown,
-            "\"Settings\"\n"
-            "      10 label  \"&Name:\"\n"
-            "      11 edit   [abc.cov]\n"
-            "      12 combo  [2000] items: 1000, 2000\n"
-            "      13 radio  ( ) \"&Range\"\n"
-            "      14 radio  (*) \"&File\"\n"
-            "      15 check  [x] \"&Save\"\n"
-            "      16 button \"Browse&...\" (disabled)\n"
-            ">     17 list\n"
-            "           Item\n"
-            "           first\n"
-            "        >* second\n"
-            "    9021 button \"&OK\" (default)\n"
-            "    9022 button \"&Cancel\"\n");
-  EXPECT_FALSE(dialog.Exists());
-}
-
 TEST(Dialogs, EndAsThePersonEndsThem) {
   struct Row {
     std::vector<std::string> lines;
@@ -125,14 +101,6 @@ TEST(Dialogs, EndAsThePersonEndsThem) {
     EXPECT_EQ(dialog.DoModal(), row.result) << (row.lines.empty() ? "no lines" : row.lines.back());
     EXPECT_EQ(presenter.Errors(), 0);
   }
-}
-
-TEST(Dialogs, StayOpenWithTheFocusOnTheFaultyField) {
-  Script script{"click 12", "click 9021", "answer yes", "answer ok", "dialog"};
-  SettingsDialog dialog;
-  EXPECT_EQ(dialog.DoModal(), static_cast<int>(kIdCancel));
-  EXPECT_EQ(script.shown.substr(0, 47), "error: the message box has no button 'yes'\n\"Set");
-  EXPECT_NE(script.shown.find(">     11 edit   []\n"), std::string::npos);
 }
 
 TEST(Dialogs, ReportWhatCannotBeDoneAndGoOn) {
@@ -180,13 +148,6 @@ TEST(Dialogs, DisableTheirOwnerAndGiveTheFocusBack) {
   EXPECT_EQ(inside, "disabled, usable");
   EXPECT_TRUE(frame.IsEnabled());
   EXPECT_TRUE(pane.HasFocus());
-}
-
-TEST(Dialogs, MoveTheFocusWithTab) {
-  Script script{"key tab", "key tab", "key tab", "key tab", "key tab", "key tab", "key shift+tab", "dialog"};
-  SettingsDialog dialog;
-  dialog.DoModal();
-  EXPECT_NE(script.shown.find(">     17 list"), std::string::npos) << script.shown;
 }
 
 TEST(Dialogs, TheirTimersRunWhileAPersonThinks) {
@@ -239,16 +200,6 @@ TEST(Dialogs, NestAndEndEachOther) {
   EXPECT_EQ(script.LinesLeft(), 1u);
 }
 
-TEST(Dialogs, MayEndAtOnceAndOpenAgain) {
-  Script script{"click 9022"};
-  SettingsDialog dialog;
-  dialog.init = [](SettingsDialog& d) { d.EndDialog(5); };
-  EXPECT_EQ(dialog.DoModal(), 5);
-  dialog.init = nullptr;
-  EXPECT_EQ(dialog.DoModal(), static_cast<int>(kIdCancel));
-  EXPECT_EQ(Dialog(4711).DoModal(), -1) << "no such template";
-}
-
 TEST(Dialogs, AreCancelledWithoutAPerson) {
   Presenter* before = InstallPresenter(nullptr);
   SettingsDialog dialog;
@@ -285,25 +236,6 @@ TEST(FileDialogs, CompleteWhatThePersonGives) {
     request.defaultExtension = row.extension;
     EXPECT_EQ(AskForFile(request).value_or("cancelled"), row.path) << row.line;
   }
-}
-
-TEST(FileDialogs, AskBeforeAFileIsReplaced) {
-  const doubles::ScratchDisk disk;
-  ASSERT_TRUE(ReplaceFile("C:\\old.cov", "x"));
-  Script script{"file C:\\old.cov", "answer no", "file C:\\old", "answer yes"};
-  script.presenter.SetAnnounce(true);
-  FileDialogRequest request;
-  request.save = true;
-  request.flags = FileDialogRequest::kOverwritePrompt;
-  request.defaultExtension = "cov";
-  request.directory = "C:\\";
-  request.filter = "Sample Coverage Files (*.cov)|*.cov| All Files (*.*)|*.*||";
-  EXPECT_EQ(AskForFile(request), "C:\\old.cov");
-  const std::string file =
-      "[save file] in \"C:\\\": Sample Coverage Files (*.cov) *.cov, All Files (*.*) *.*\n";
-  const std::string box =
-      "[exclamation] C:\\old.cov already exists.\\nDo you want to replace it? (yes, no)\n";
-  EXPECT_EQ(script.shown, file + box + file + box);
 }
 
 }  // namespace

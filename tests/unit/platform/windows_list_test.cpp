@@ -68,38 +68,6 @@ TEST_F(Lists, ShowColumnsInTheirOrder) {
   EXPECT_FALSE(list.SetColumnOrder({0, 0, 1}));
 }
 
-TEST_F(Lists, RefuseWhatIsNotThere) {
-  list.InsertColumn(0, "A", ColumnFormat::kLeft, 10);
-  list.InsertRow(0, "x");
-  EXPECT_EQ(list.InsertRow(-1), -1);
-  EXPECT_EQ(list.InsertRow(99), 1);
-  EXPECT_FALSE(list.SetItemText(2, 0, "y"));
-  EXPECT_FALSE(list.SetItemText(0, 1, "y"));
-  EXPECT_FALSE(list.SetItemText(-1, 0, "y"));
-  EXPECT_FALSE(list.DeleteRow(2));
-  EXPECT_FALSE(list.EnsureVisible(2));
-  EXPECT_EQ(list.ItemText(0, 5) + list.ItemText(-1, 0), "");
-  EXPECT_EQ(list.ColumnWidth(1), 0);
-  EXPECT_FALSE(list.ClickHeader(1));
-  list.SelectRow(7);
-  EXPECT_EQ(list.SelectedRow(), -1);
-}
-
-TEST_F(Lists, CopyTextsIntoBuffers) {
-  list.InsertColumn(0, "A", ColumnFormat::kLeft, 10);
-  list.InsertRow(0, "abcdef");
-  struct Row {
-    int size;
-    int length;
-    const char* text;
-  };
-  for (const Row& row : {Row{7, 6, "abcdef"}, Row{6, 5, "abcde"}, Row{1, 0, ""}, Row{0, 0, "?"}}) {
-    char buffer[16] = "?";
-    EXPECT_EQ(list.GetItemText(0, 0, buffer, row.size), row.length);
-    EXPECT_STREQ(buffer, row.text);
-  }
-}
-
 TEST_F(Lists, MoveWithKeysAsTheDesktopDoes) {
   Fill(100, 10);
   struct Row {
@@ -312,37 +280,6 @@ TEST_F(Lists, MayGoInTheMiddleOfAnAction) {
     }
   }
   EXPECT_EQ(frame.Children().size(), 1u);
-}
-
-TEST_F(Lists, AMillionRowsAreQuickToHandle) {
-  list.InsertColumn(0, "A", ColumnFormat::kLeft, 10);
-  list.InsertColumn(1, "B", ColumnFormat::kLeft, 10);
-  list.SetRowCount(1'000'000);
-  list.Resize(30);
-  list.SetItemText(999'999, 1, "last");
-  list.Key(key::kEnd);
-  EXPECT_EQ(State(), "top 999970 focus 999999 selected 999999");
-  for (int i = 0; i < 1000; ++i) list.DeleteRow(0);
-  EXPECT_EQ(list.ItemText(998'999, 1), "last");
-  EXPECT_EQ(list.SelectedRow(), 998'999);
-}
-
-TEST_F(Lists, ScriptsSayWhatCannotBeDone) {
-  Fill(3, 2);
-  struct Row {
-    const char* line;
-    const char* error;
-  };
-  const Row rows[] = {
-      {"row 3", "no row 3: the list has 3"},   {"row x", "a row expected, not 'x'"},
-      {"row", "a row expected, not ''"},       {"header 1", "no column 1: the list has 1"},
-      {"key sideways", "no key 'sideways'"},   {"size -1", "from 0 to 100000 rows can be shown"},
-      {"leap 3", "no word 'leap' for a list"},
-  };
-  for (const Row& row : rows) EXPECT_EQ(ActOnList(list, row.line).value_or("done"), row.error);
-  list.Enable(false);
-  EXPECT_EQ(ActOnList(list, "row 1").value_or("done"), "the list cannot be used now");
-  EXPECT_EQ(ActOnList(list, "scroll 1").value_or("done"), "the list cannot be used now");
 }
 
 }  // namespace

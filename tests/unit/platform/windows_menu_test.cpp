@@ -88,11 +88,6 @@ TEST(Menus, PopUpAndSendTheirCommand) {
   }
 }
 
-TEST(Menus, TextsReadAsPeopleReadThem) {
-  EXPECT_EQ(PlainText("C&overage...\tShift+Ctrl+O"), "Coverage...");
-  EXPECT_EQ(PlainText("A && B&"), "A & B");
-}
-
 TEST(Accelerators, TranslateKeyAndModifiersTogether) {
   static constexpr Accelerator kEntries[] = {{key_modifier::kShift | key_modifier::kControl, 'O', 32770},
                                              {0, static_cast<std::uint16_t>(key::kDelete), 5}};
@@ -100,20 +95,6 @@ TEST(Accelerators, TranslateKeyAndModifiersTogether) {
   EXPECT_EQ(Translate(kTable, 'O', key_modifier::kShift | key_modifier::kControl), 32770u);
   EXPECT_EQ(Translate(kTable, 'O', key_modifier::kControl), std::nullopt);
   EXPECT_EQ(Translate(kTable, key::kDelete, 0), 5u);
-}
-
-TEST(Toolbars, AreReadFromTheirBytes) {
-  const std::array<std::uint8_t, 14> good = {1, 0, 16, 0, 15, 0, 3, 0, 2, 0x80, 0, 0, 4, 0x80};
-  Commands target;
-  ASSERT_TRUE(target.Open());
-  auto toolbar = Toolbar::FromBytes(good);
-  toolbar->Update(target);
-  EXPECT_EQ(Picture(*toolbar), "32770\n        --\n32772 (disabled)\n");
-  EXPECT_EQ(toolbar->Buttons()[2].image, 1);
-  EXPECT_TRUE(Toolbar::FromBytes(std::span(good).first(13))->Buttons().empty()) << "cut short";
-  auto other = good;
-  other[0] = 2;
-  EXPECT_TRUE(Toolbar::FromBytes(other)->Buttons().empty()) << "another version";
 }
 
 }  // namespace

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <array>
 #include <memory>
 #include <thread>
 
@@ -36,15 +35,6 @@ TEST(Windows, LiveAndDieWithTheirParents) {
   EXPECT_FALSE(list.Create(was, 1, "", kShownChild)) << "a parent that is gone";
   ASSERT_TRUE(frame.Open());
   EXPECT_NE(frame.Handle(), was);
-}
-
-TEST(Windows, RefusedCreationLeavesNothing) {
-  LogWindow window;
-  window.react = [](const Message& message) { return message.id == message::kCreate ? -1 : 0; };
-  EXPECT_FALSE(window.Open());
-  EXPECT_FALSE(window.Exists());
-  EXPECT_TRUE(TopLevelWindows().empty());
-  EXPECT_EQ(window.own, "create\ndestroy\nfinal\n");
 }
 
 /// Every way in which windows go while their handlers run.
@@ -211,78 +201,6 @@ TEST(Windows, PresenterSeesEveryChangeOnce) {
       "check of 3 \"Stop\"\nvisible of \"frame\"\ndestroyed 3 \"Stop\"\ndestroyed \"frame\"\n");
 }
 
-class Routed : public LogWindow {
- public:
-  void OnOpen() { own += "open\n"; }
-  void OnAny(std::uint32_t id) { own += "any " + std::to_string(id) + "\n"; }
-  void OnUpdateOpen(CommandUpdate& update) { update.Enable(allowed), update.SetCheck(true); }
-  void OnUpdateIdle(CommandUpdate&) {}
-  void OnClick(const Notification& news) { own += "click in " + std::to_string(news.id) + "\n"; }
-  LResult OnClose(const Message& message) { return static_cast<LResult>(message.w) + message.l; }
-  bool allowed = true;
-
- protected:
-  LResult OnMessage(const Message& message) override;
-};
-
-constexpr auto kRoutes = std::to_array<Route<Routed>>({
-    {message::kCommand, 10, &Routed::OnOpen},
-    {message::kCommand, 11, &Routed::OnOpen},
-    {message::kUpdateCommand, 10, &Routed::OnUpdateOpen},
-    {message::kUpdateCommand, 12, &Routed::OnUpdateIdle},
-    {message::kNotify, notify::kClick, &Routed::OnClick, 200},
-    {message::kTimer, 5, &Routed::OnAny},
-    {message::kUser + 1, kAny, &Routed::OnClose},
-});
-
-LResult Routed::OnMessage(const Message& message) {
-  if (const auto answer = Dispatch(*this, kRoutes, message)) return *answer;
-  return LogWindow::OnMessage(message);
-}
-
-TEST(Windows, RoutesLeadMessagesToHandlers) {
-  Routed window;
-  ASSERT_TRUE(window.Open());
-  window.own.clear();
-  window.Send(message::kCommand, 11);
-  window.Send(message::kTimer, 5);
-  window.Send(message::kTimer, 6);
-  Notification news;
-  news.code = notify::kClick;
-  for (const std::uint32_t id : {200u, 201u}) {
-    news.id = id;
-    window.Send(message::kNotify, id, reinterpret_cast<LParam>(&news));
-  }
-  EXPECT_EQ(window.Send(message::kUser + 1, 40, 2), 42);
-  EXPECT_EQ(window.own, "open\nany 5\ntimer 6\nclick in 200\nnotify 201 code -2\n");
-}
-
-TEST(Windows, CommandsStandAsTheirHandlersSay) {
-  Routed window;
-  ASSERT_TRUE(window.Open());
-  struct Row {
-    std::uint32_t command;
-    bool allowed;
-    const char* state;
-  };
-  const Row rows[] = {
-      {10, true, "enabled checked"}, {10, false, "disabled checked"}, {11, true, "enabled"},
-      {12, true, "enabled"},         {13, true, "unknown"},
-  };
-  for (const Row& row : rows) {
-    window.allowed = row.allowed;
-    const CommandUpdate update = QueryCommand(window, row.command);
-    std::string state = !update.Handled() ? "unknown" : update.Enabled() ? "enabled" : "disabled";
-    if (update.Checked()) state += " checked";
-    EXPECT_EQ(state, row.state) << row.command;
-  }
-  window.own.clear();
-  window.allowed = false;
-  EXPECT_FALSE(RunCommand(window, 10));
-  EXPECT_TRUE(RunCommand(window, 11));
-  EXPECT_EQ(window.own, "open\n");
-}
-
 TEST(Windows, ContextMenuAndWheelRiseToTheParent) {
   LogWindow frame, pane, top;
   ASSERT_TRUE(frame.Open());
@@ -337,15 +255,6 @@ TEST(Queue, ThrowingHandlerLosesNothingBehindIt) {
   EXPECT_EQ(window.own, "user 0 0 0\nuser 1 0 0\n");
 }
 
-TEST(Queue, IsBounded) {
-  LogWindow window;
-  ASSERT_TRUE(window.Open());
-  int accepted = 0;
-  while (accepted < 20000 && window.Post(message::kUser)) ++accepted;
-  EXPECT_EQ(accepted, 10000);
-  window.Destroy();
-}
-
 TEST(Timers, FireThroughTheQueueWhenTheClockAdvances) {
   ManualClock clock;
   InstallClock(&clock);
@@ -369,20 +278,6 @@ TEST(Timers, FireThroughTheQueueWhenTheClockAdvances) {
   EXPECT_FALSE(RunUntil([] { return false; })) << "a clock that stands still brings nothing";
   window.KillTimer(1);
   InstallClock(nullptr);
-}
-
-TEST(Timers, RunUntilWaitsForThem) {
-  LogWindow window;
-  ASSERT_TRUE(window.Open());
-  int left = 3;
-  window.react = [&](const Message& message) {
-    if (message.id == message::kTimer) --left;
-    return LResult{0};
-  };
-  window.SetTimer(1, milliseconds(10));
-  EXPECT_TRUE(RunUntil([&] { return left == 0; }));
-  window.KillTimer(1);
-  EXPECT_FALSE(RunUntil([&] { return left == -1; })) << "nothing left to wait for";
 }
 
 TEST(Keys, AreSeenByTheWindowAndItsParentsFirst) {

@@ -154,14 +154,5 @@ TEST_F(PlaceholderResolverTest, ListsCustomPlaceholdersOnce) {
   EXPECT_EQ(names, "Board=kit7 Empty= Both=of the application Own=mine ");
 }
 
-TEST_F(PlaceholderResolverTest, NamesAndDescriptions) {
-  EXPECT_EQ(PlaceholderResolver::PlaceholderName(13, true), "$(CONFIGDIR)");
-  EXPECT_EQ(PlaceholderResolver::PlaceholderName(35, false), "DEVICEDETAILS");
-  EXPECT_EQ(PlaceholderResolver::PlaceholderName(36, true), "ERROR");
-  EXPECT_EQ(PlaceholderResolver::PlaceholderDescription(10), "Project directory");
-  EXPECT_EQ(PlaceholderResolver::PlaceholderDescription(33), "Align following text to the right");
-  EXPECT_EQ(PlaceholderResolver::PlaceholderDescription(34), "ERROR");
-}
-
 }  // namespace
 }  // namespace coverage

@@ -103,25 +103,9 @@ class Session {
   int status_ = -1;
 };
 
-TEST(Console, HandsWholeLinesToCommands) {
-  EXPECT_EQ(Session("me 0x10  x\nMEASURE\n").Said(), "> me 0x10  x\n[me 0x10  x]\n> MEASURE\n[MEASURE]\n");
-}
-
-TEST(Console, ShowsOutputAndResultsAsPlainLines) {
-  EXPECT_EQ(Session("me lines\n").Said(), "> me lines\n\tone\ntwo\nthree\nfour\n");
-  EXPECT_EQ(Session("head 2 me lines\n").Said(), "> head 2 me lines\n\tone\ntwo\n... 2 more lines\n");
-}
-
 TEST(Console, WaitsForTheEndOfBackgroundOutput) {
   const std::string said = Session("me background\nme done\n").Said();
   EXPECT_TRUE(said.ends_with("\n9998\n9999\n> me done\n[me done]\n")) << said.substr(said.size() - 100);
-}
-
-TEST(Console, GoesOnAfterACommandThatFails) {
-  const Session session("me fail\nme quietly\nme on\n");
-  EXPECT_EQ(session.Said(),
-            "> me fail\nfailed: Invalid parameter\n> me quietly\nfailed:\n> me on\n[me on]\n");
-  EXPECT_EQ(session.StatusOf(), 0);
 }
 
 TEST(Console, EndsAfterAVerbThatCannotBeCarriedOut) {
@@ -136,23 +120,12 @@ TEST(Console, EndsAfterAVerbThatCannotBeCarriedOut) {
   EXPECT_EQ(keepsGoing.StatusOf(), 1);
 }
 
-TEST(Console, TakesTheNextLineAsTheAnswerToABox) {
-  EXPECT_EQ(Session("me box\nanswer yes\nme on\n").Said(),
-            "> me box\n[question] Shall it be? (yes, no)\n> answer yes\nyes\n> me on\n[me on]\n");
-}
-
 TEST(Console, GivesAnOpenBoxTheCautiousAnswerAtTheEndOfTheScript) {
   EXPECT_NE(Session("me box\n").Said().find("\nno\n"), std::string::npos);
 }
 
 TEST(Console, FeedsACommandThatAsksForMore) {
   EXPECT_EQ(Session("me ask\nwhere\n# comment\n").Said(), "> me ask\n> where\n[where]\n> # comment\n");
-}
-
-TEST(Console, PrintsFilesOfTheProject) {
-  EXPECT_EQ(Session("cat a.txt 3\n").Said(), "> cat a.txt 3\nfirst\nsecond\n\n");
-  EXPECT_EQ(Session("cat a.txt\n").Said(), "> cat a.txt\nfirst\nsecond\n\nlast\n");
-  EXPECT_EQ(Session("cat b.txt\n").Said(), "> cat b.txt\nerror: b.txt cannot be read\n");
 }
 
 TEST(Console, RefusesWordsThatMakeNoSense) {
@@ -183,13 +156,6 @@ TEST(Console, RefusesWordsThatMakeNoSense) {
     if (row.reason) {
       EXPECT_EQ(said, expected + "\n");
     }
-  }
-}
-
-TEST(Console, ListsServicesAndTheirSwitches) {
-  const std::string said = Session("service source off\nrecord counts\nservices\n").Said();
-  for (const char* line : {"\nsource: off\n", "\npath-coverage: not offered\n", "\ncount-coverage: on\n"}) {
-    EXPECT_NE(said.find(line), std::string::npos) << line << said;
   }
 }
 

@@ -52,26 +52,6 @@ TEST(Words, SayWhatIsWrong) {
   EXPECT_EQ(reason("a b", [](Words& words) { words.Take("a"), words.End(); }), "too many words, from: b");
 }
 
-TEST(Words, GiveTheRestAsItStands) {
-  Words words("program load  my  file.elf ");
-  words.Take("program");
-  EXPECT_TRUE(words.TakeIf("LOAD"));
-  EXPECT_EQ(words.Rest(), "my  file.elf");
-  EXPECT_TRUE(words.Empty());
-  Words quoted("cat \"a b\"");
-  quoted.Take("cat");
-  EXPECT_EQ(quoted.Rest(), "a b");
-}
-
-TEST(ScriptLines, GiveTheSingleLinesAndThenTheStream) {
-  auto lines = ScriptLines({"first"}, std::make_unique<std::istringstream>("second  \r\n\nlast"));
-  EXPECT_EQ(lines->Next(""), "first");
-  EXPECT_EQ(lines->Next(""), "second");
-  EXPECT_EQ(lines->Next(""), "");
-  EXPECT_EQ(lines->Next(""), "last");
-  EXPECT_EQ(lines->Next(""), std::nullopt);
-}
-
 TEST(ScriptLines, RefuseALineWithoutEnd) {
   auto lines = ScriptLines({}, std::make_unique<std::istringstream>("a\n" + std::string(70'000, 'x')));
   EXPECT_EQ(lines->Next(""), "a");

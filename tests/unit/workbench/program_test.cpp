@@ -17,37 +17,6 @@ using workbench::Function;
 using workbench::Program;
 using workbench::Symbol;
 
-TEST(Program, FirmwareIsSound) {
-  const auto program = Firmware();
-  EXPECT_TRUE(program->Warnings().empty());
-  EXPECT_EQ(program->Entry(), program->FindSymbol("Reset_Handler")->address);
-  ASSERT_EQ(program->Segments().size(), 2u);
-  const auto& data = program->Segments()[1];
-  EXPECT_EQ(data.virtualAddress, 0x20000000u);
-  EXPECT_EQ(data.address, program->Segments()[0].bytes.size())
-      << "initialised data is loaded behind the code";
-  std::uint32_t loaded = 0, used = 1;
-  EXPECT_TRUE(program->ReadImage(data.address, &loaded, 4));
-  EXPECT_TRUE(program->ReadImage(data.virtualAddress, &used, 4));
-  EXPECT_EQ(loaded, used);
-  EXPECT_EQ(loaded, 12345u) << "the seed of the random numbers";
-  EXPECT_FALSE(program->ReadImage(data.address + 2, &loaded, 4));
-  EXPECT_FALSE(program->ReadImage(0xfffffffe, &loaded, 4));
-}
-
-TEST(Program, SourceFilesAreThoseWithCode) {
-  const std::string directory = std::filesystem::path(FirmwarePath()).parent_path().string() + "/";
-  std::string names;
-  for (const std::string& file : Firmware()->SourceFiles()) {
-    ASSERT_EQ(file.substr(0, directory.size()), directory);
-    names += file.substr(directory.size()) + " ";
-  }
-  EXPECT_EQ(
-      names,
-      "command.c crc.c diagnostics.c fixed_math.c main.c pid.c protocol.c ring_buffer.c scheduler.cpp sort.c "
-      "startup.c ");
-}
-
 TEST(Program, FunctionsOfAFile) {
   const auto program = Firmware();
   std::string names;
@@ -109,16 +78,6 @@ TEST(Program, LinesMapBackToTheirLowestAddress) {
   EXPECT_GT(lines.size(), 200u);
   EXPECT_FALSE(program->LineOf(0x20000000));
   EXPECT_FALSE(program->AddressOf("main.c", 1)) << "a comment has no code";
-}
-
-TEST(Program, LineTexts) {
-  const auto program = Firmware();
-  const Function swap = program->FunctionsOf("sort.c").front();
-  EXPECT_EQ(program->LineText("sort.c", swap.line),
-            "int Ascending(int32_t a, int32_t b) { return (a > b) - (a < b); }");
-  EXPECT_FALSE(program->LineText("sort.c", 0));
-  EXPECT_FALSE(program->LineText("sort.c", program->LineCount("sort.c") + 1));
-  EXPECT_FALSE(program->LineText("nowhere.c", 1));
 }
 
 TEST(Program, FilesAreFoundByAnyUnambiguousName) {

@@ -46,31 +46,6 @@ class IdeTest : public testing::Test {
   std::unique_ptr<Ide> ide_;
 };
 
-TEST_F(IdeTest, NamesProjectConfigurationAndDirectoriesForItsOwnKeysOnly) {
-  auto* workspace = Get<qal::IQWorkspace>(qal::iid::kWorkspace);
-  WideOut workspaceKey, projectKey, configurationKey, name, directory, other;
-  workspace->GetWorkspaceKey(workspaceKey.put());
-  workspace->GetProjectKey(projectKey.put());
-  workspace->GetConfigurationKey(configurationKey.put());
-  EXPECT_EQ(workspace->GetProjectName(workspaceKey.get(), projectKey.get(), name.put()), qal::kOk);
-  EXPECT_EQ(name.str(), "pump");
-  EXPECT_EQ(workspace->GetConfigurationDirectory(workspaceKey.get(), projectKey.get(), configurationKey.get(),
-                                                 directory.put()),
-            qal::kOk);
-  EXPECT_EQ(directory.str(), "C:\\demo\\Release");
-  EXPECT_EQ(workspace->GetProjectDirectory(workspaceKey.get(), Wide("another").get(), other.put()),
-            qal::kFail);
-}
-
-TEST_F(IdeTest, GivesTheProjectsPlaceholdersAsTriples) {
-  qal::VariantArray* list = nullptr;
-  ASSERT_EQ(Get<qal::IQCustomPlaceholders>(qal::iid::kCustomPlaceholders)
-                ->GetProjectPlaceholders(Wide("workspace").get(), &list),
-            qal::kOk);
-  EXPECT_EQ(platform::TextsOf(list), (std::vector<std::string>{"LAB", "Laboratory", "C:\\lab"}));
-  qal::FreeVariantArray(list);
-}
-
 TEST_F(IdeTest, KeepsSettingsOverARestart) {
   auto* settings = Get<qal::IQSettings>(qal::iid::kSettings);
   EXPECT_EQ(settings->SetText(Wide("FONT").get(), Wide("Courier").get()), qal::kOk);
@@ -190,15 +165,6 @@ TEST_F(IdeTest, EndsARunWhenThePersonAsks) {
   LoadFirmware();
   user_.stop = true;
   EXPECT_EQ(ide_->Debugger().Run().reason, StopReason::kRequest);
-}
-
-TEST_F(IdeTest, RefusesSessionNamesThatAreNoNames) {
-  for (const char* name : {"", "..", "a/b", "a\\b", "a b"}) {
-    EXPECT_THROW(ide_->SaveSession(name), std::invalid_argument) << name;
-  }
-  EXPECT_EQ(ide_->OpenSession("nothing"), "there is no session nothing");
-  EXPECT_EQ(ide_->SaveSession("first"), "");
-  EXPECT_EQ(ide_->Sessions(), std::vector<std::string>{"first"});
 }
 
 /// Keeps one value in the session, and says what it finds there.

@@ -56,69 +56,6 @@ TEST(WindowService, ReopensAFrameUnderTheKeyThatComesIn) {
   qal::FreeText(key);
 }
 
-TEST(WindowService, HidesAndShowsFramesByTheirState) {
-  Settings settings;
-  WindowService service(settings.file);
-  const Opened opened(service);
-  const struct {
-    std::uint32_t request;
-    std::uint32_t state;
-    bool visible;
-  } rows[] = {{0x2000, 17, false}, {18, 16, true}, {1, 17, false}, {34, 16, true},
-              {0x20, 8, true},     {2, 9, false},  {18, 8, true},  {0x20, 16, true}};
-  for (const auto& row : rows) {
-    EXPECT_EQ(service.SetFrameState(opened.frame, row.request), qal::kOk);
-    std::uint32_t state = 0;
-    EXPECT_EQ(service.GetFrameState(opened.frame, &state), qal::kOk);
-    EXPECT_EQ(state, row.state) << row.request;
-    EXPECT_EQ(platform::WindowFrom(opened.frame)->IsVisible(), row.visible) << row.request;
-  }
-  EXPECT_LT(service.SetFrameState(12345, 1), 0);
-}
-
-/// Text of a frame's toolbar.
-std::string Worn(WindowService& service, qal::WindowHandle frame) {
-  return platform::Picture(service.ToolbarOf(frame)->Buttons());
-}
-
-TEST(WindowService, RemembersTheToolbarThatThePersonChoseForFramesOfAKind) {
-  Settings settings;
-  WindowService service(settings.file);
-  const platform::OwnedVariant none;
-  const std::uint32_t ids[] = {32813, 32817};
-  const platform::OwnedVariant buttons(platform::IdListVariant(ids));
-  const auto dress = [&](qal::WindowHandle frame) {
-    return service.RegisterToolbarButtons(frame, 0, 9073, 0, 1, &qal::kClassId, none.get(), none.get(),
-                                          none.get(), none.get(), buttons.get());
-  };
-  const Opened opened(service);
-  EXPECT_LT(service.QueryFrameToolbar(opened.frame), 0);
-  EXPECT_LT(service.CustomizeToolbar(opened.frame), 0);
-  EXPECT_LT(dress(12345), 0);
-  EXPECT_EQ(dress(opened.frame), qal::kOk);
-  EXPECT_EQ(service.QueryFrameToolbar(opened.frame), qal::kOk);
-  EXPECT_NE(service.IsToolbarShown(opened.frame), 0);
-  EXPECT_EQ(Worn(service, opened.frame), "32813\n32817\n");
-
-  std::vector<std::string> lines{"check 101 off", "click 2", "check 101 off", "click 1"};
-  std::size_t next = 0;
-  platform::ScriptPresenter person(
-      [&] { return next < lines.size() ? std::optional(lines[next++]) : std::nullopt; }, nullptr);
-  const platform::PresenterScope scope(person);
-  service.CustomizeToolbar(opened.frame);
-  EXPECT_EQ(Worn(service, opened.frame), "32813\n32817\n") << "after Cancel";
-  service.CustomizeToolbar(opened.frame);
-  service.ShowToolbar(opened.frame, qal::kFalse);
-  EXPECT_EQ(Worn(service, opened.frame), "32817\n");
-
-  WindowService later(settings.file);
-  const Opened again(later);
-  later.RegisterToolbarButtons(again.frame, 0, 9073, 0, 1, &qal::kClassId, none.get(), none.get(), none.get(),
-                               none.get(), buttons.get());
-  EXPECT_EQ(Worn(later, again.frame), "32817\n");
-  EXPECT_EQ(later.IsToolbarShown(again.frame), 0);
-}
-
 TEST(WindowService, CountsContextMenusPerParentUntilTheyAreWithdrawn) {
   Settings settings;
   WindowService service(settings.file);

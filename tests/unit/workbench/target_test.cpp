@@ -160,27 +160,6 @@ TEST(Target, BreakpointsChangeNoTotal) {
   }
 }
 
-TEST(Target, ResetsBetweenStopsAddUp) {
-  const auto program = Firmware();
-  std::map<std::uint32_t, std::uint64_t> counted;
-  Walked walked;
-  for (const bool path : {false, true}) {
-    Simulator simulator(program);
-    simulator.SetRecording(path ? RecordMode::kPath : RecordMode::kCounts);
-    for (const std::uint64_t count : {10u, 3000u, 1u, 777u}) {
-      simulator.Run(count);
-      simulator.Reset();
-      EXPECT_EQ(simulator.Executed(), 0u);
-    }
-    Totals totals;
-    Add(totals, simulator.TakeCounts());
-    if (!path) counted = totals.times;
-    if (path) walked.Add(simulator.TakePath());
-  }
-  EXPECT_TRUE(counted == walked.Times(counted));
-  EXPECT_EQ(counted.at(AddressOf(*program, "Reset_Handler")), 4u);
-}
-
 // ite, itt, it; b<cond> narrow and wide; cbz, cbnz; tbb; bx in an IT block, once skipped and once taken.
 const std::vector<std::uint16_t> kOutcomes = {0x2000, 0x2802, 0xbf0c, 0x2101, 0x2102, 0x3001, 0x2804, 0xd1f8,
                                               0x2200, 0xb102, 0xbf00, 0xb92a, 0x2a01, 0xbf08, 0x2309, 0xbf1c,
@@ -484,21 +463,6 @@ TEST(Target, CodeInRamThatChangesUnderTheRunIsRecordedAsItRan) {
   EXPECT_EQ(totals.times.at(0x20000800), 2u);
   EXPECT_EQ(totals.times.at(0x20000802), 1u);
   EXPECT_EQ(totals.times.at(0x20000804), 1u);
-}
-
-TEST(Target, ChangingTheModeKeepsWhatIsStillWanted) {
-  Simulator simulator(Firmware());
-  simulator.SetRecording(RecordMode::kBoth);
-  simulator.Run(1000);
-  const std::size_t waiting = simulator.PathWaiting();
-  ASSERT_GT(waiting, 0u);
-  simulator.SetRecording(RecordMode::kPath);
-  EXPECT_EQ(simulator.PathWaiting(), waiting);
-  EXPECT_TRUE(simulator.TakeCounts().counts.empty());
-  simulator.SetRecording(RecordMode::kCounts);
-  EXPECT_TRUE(simulator.TakePath().pairs.empty());
-  simulator.SetRecording(RecordMode::kPath);
-  EXPECT_EQ(simulator.PathStart(), simulator.Where());
 }
 
 }  // namespace
