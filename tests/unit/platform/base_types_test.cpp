@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include "platform/clock.h"
-#include "platform/message_box.h"
 #include "platform/variant.h"
 
 namespace platform {
@@ -39,16 +38,6 @@ TEST(Clocks, TheInstalledClockRulesTimersAndTexts) {
   EXPECT_EQ(InstallClock(nullptr), &manual);
   EXPECT_NE(CurrentClock().Calendar(), manual.Calendar());
 }
-
-struct Scripted final : MessageBoxPresenter {
-  Answer ShowMessageBox(const MessageBoxRequest& request) override {
-    shown += request.caption + "/" + request.text + "/" + NameOf(request.icon) + "/" +
-             NameOf(request.buttons) + "\n";
-    return answer;
-  }
-  std::string shown;
-  Answer answer = Answer::kOk;
-};
 
 }  // namespace
 }  // namespace platform

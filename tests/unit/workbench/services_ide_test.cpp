@@ -106,50 +106,6 @@ TEST_F(IdeTest, ReadsZerosBehindTheEndOfMemoryAndNothingOutside) {
   EXPECT_LT(memory->ReadMemory(8, 4, 2, bytes), 0);
 }
 
-/// Sum of the instruction counts that a path stands for, 2-byte steps, as a component walks it.
-std::uint64_t Steps(std::uint32_t from, const qal::PathPair* pairs, std::uint32_t count) {
-  std::uint64_t steps = 0;
-  for (std::uint32_t i = 0; i < count; ++i) {
-    if (from <= pairs[i].branch) steps += (pairs[i].branch - from) / 2 + 1;
-    from = pairs[i].target;
-  }
-  return steps;
-}
-
-TEST_F(IdeTest, ReportsThePathOfEachStopAndOffersOneServiceAtATime) {
-  LoadFirmware();
-  EXPECT_EQ(Get<qal::IQCountCoverage>(qal::iid::kCountCoverage), nullptr);
-  auto* path = Get<qal::IQPathCoverage>(qal::iid::kPathCoverage);
-  auto* start = Get<qal::IQTraceStart>(qal::iid::kTraceStart);
-  ASSERT_NE(path, nullptr);
-  const std::uint32_t entry = ide_->Debugger().Current()->simulator->Where();
-  const StopReport stop = ide_->Debugger().Run(50);
-  const qal::PathPair* pairs = nullptr;
-  std::uint32_t count = 0;
-  std::uint32_t from = 0;
-  ASSERT_EQ(path->GetPath(&count, &pairs), qal::kOk);
-  EXPECT_EQ(start->GetAddress(0, &from), qal::kOk);
-  EXPECT_EQ(from, entry);
-  ASSERT_GT(count, 0u);
-  EXPECT_EQ(pairs[count - 1].target, stop.address);
-  EXPECT_GE(Steps(from, pairs, count), 50u);
-  ide_->Debugger().Run(1);
-  EXPECT_EQ(start->GetAddress(0, &from), qal::kOk);
-  EXPECT_EQ(from, stop.address);
-
-  ide_->Debugger().SetOffer(CoverageOffer::kCounts);
-  EXPECT_EQ(Get<qal::IQPathCoverage>(qal::iid::kPathCoverage), nullptr);
-  auto* counts = Get<qal::IQCountCoverage>(qal::iid::kCountCoverage);
-  ide_->Debugger().Run(50);
-  const qal::CountPair* records = nullptr;
-  const qal::CountPair* flags = nullptr;
-  std::uint32_t flagCount = 0;
-  ASSERT_EQ(counts->GetCounts(&count, &records, &flagCount, &flags), qal::kOk);
-  std::uint64_t executed = 0;
-  for (std::uint32_t i = 0; i < count; ++i) executed += records[i].value;
-  EXPECT_EQ(executed, 50u);
-}
-
 TEST_F(IdeTest, RecordsNothingWhileCollectionIsOff) {
   LoadFirmware();
   auto* path = Get<qal::IQPathCoverage>(qal::iid::kPathCoverage);
