@@ -9,59 +9,49 @@
 namespace doubles {
 
 /// The editors' columns: gives each new key the next handle, 1, 2, …
-class StubColumnService : public Double<qal::IQColumnService> {
- public:
-  static constexpr qal::Guid kService = qal::iid::kColumnService;
-  using Double::Double;
-  std::map<std::string, std::uint32_t> columns;
+struct StubColumnService : Service<qal::IQColumnService, qal::iid::kColumnService, "columns"> {
+  using Service::Service;
+  std::map<std::string, Number> columns;
   qal::IQColumnClient* client = nullptr;
 
-  qal::Status UnregisterColumn(std::uint32_t column) override {
+  Status UnregisterColumn(Number column) override {
     std::erase_if(columns, [column](const auto& each) { return each.second == column; });
-    return Log("columns.UnregisterColumn", column);
+    return Log("UnregisterColumn", column);
   }
-  qal::Status ShowColumn(std::uint32_t column) override { return Log("columns.ShowColumn", column); }
-  qal::Status AddFile(qal::WideText file, std::uint32_t column, std::uint32_t mode,
-                      std::uint32_t state) override {
-    return Log("columns.AddFile", file, column, mode, state);
+  Status ShowColumn(Number column) override { return Log("ShowColumn", column); }
+  Status AddFile(WideText file, Number column, Number mode, Number state) override {
+    return Log("AddFile", file, column, mode, state);
   }
-  qal::Status RemoveFile(qal::WideText file, std::uint32_t column) override {
-    return Log("columns.RemoveFile", file, column);
+  Status RemoveFile(WideText file, Number column) override { return Log("RemoveFile", file, column); }
+  Status SetMode(WideText file, Number column, Number mode) override {
+    return Log("SetMode", file, column, mode);
   }
-  qal::Status SetMode(qal::WideText file, std::uint32_t column, std::uint32_t mode) override {
-    return Log("columns.SetMode", file, column, mode);
+  Status SetState(WideText file, Number column, Number state) override {
+    return Log("SetState", file, column, state);
   }
-  qal::Status SetState(qal::WideText file, std::uint32_t column, std::uint32_t state) override {
-    return Log("columns.SetState", file, column, state);
+  Status RefreshFile(WideText file, Number column, std::int32_t first, std::int32_t last) override {
+    return Log("RefreshFile", file, column, first, last);
   }
-  qal::Status RefreshFile(qal::WideText file, std::uint32_t column, std::int32_t first,
-                          std::int32_t last) override {
-    return Log("columns.RefreshFile", file, column, first, last);
+  Status UpdateColumns(Number zero) override { return Log("UpdateColumns", zero); }
+  Status RefreshLines(const WideText* file, Number column, std::int32_t first, std::int32_t last) override {
+    return Log("RefreshLines", file ? *file : nullptr, column, first, last);
   }
-  qal::Status UpdateColumns(std::uint32_t zero) override { return Log("columns.UpdateColumns", zero); }
-  qal::Status RefreshLines(const qal::WideText* file, std::uint32_t column, std::int32_t first,
-                           std::int32_t last) override {
-    return Log("columns.RefreshLines", file ? *file : nullptr, column, first, last);
-  }
-  qal::Status RegisterColumn(qal::WideText key, qal::IQColumnClient* newClient, std::uint32_t* column,
-                             std::uint32_t id, std::uint32_t kind, qal::WideText title, std::uint32_t images,
-                             std::int32_t unset, std::uint32_t width, std::uint32_t six,
-                             std::uint32_t sixteen, std::uint32_t value,
-                             const qal::Guid* identifier) override {
+  Status RegisterColumn(WideText key, qal::IQColumnClient* newClient, Number* column, Number id, Number kind,
+                        WideText title, Number images, std::int32_t unset, Number width, Number six,
+                        Number sixteen, Number value, const Guid* identifier) override {
     client = newClient;
-    *column = static_cast<std::uint32_t>(columns.size()) + 1;
+    *column = static_cast<Number>(columns.size()) + 1;
     columns[platform::Narrow(key)] = *column;
-    return Log("columns.RegisterColumn", key, id, kind, title, images, unset, width, six, sixteen, value,
-               identifier);
+    return Log("RegisterColumn", key, id, kind, title, images, unset, width, six, sixteen, value, identifier);
   }
-  qal::Status FindColumn(qal::WideText key, std::uint32_t* column) override {
-    const auto status = Log("columns.FindColumn", key);
+  Status FindColumn(WideText key, Number* column) override {
+    const auto status = Log("FindColumn", key);
     const auto found = columns.find(platform::Narrow(key));
     return found == columns.end() ? qal::kFail : Give(status, column, found->second);
   }
-  qal::Status AttachClient(std::uint32_t column, qal::IQColumnClient* newClient) override {
+  Status AttachClient(Number column, qal::IQColumnClient* newClient) override {
     client = newClient;
-    return Log("columns.AttachClient", column);
+    return Log("AttachClient", column);
   }
 };
 

@@ -15,12 +15,12 @@ class StubCommandOutput : public Double<qal::IQCommandOutput> {
  public:
   using Double::Double;
 
-  qal::Status WriteLine(qal::WideText line, qal::WideText second) override {
+  Status WriteLine(WideText line, WideText second) override {
     const std::lock_guard lock(mutex_);
     text_ += platform::Narrow(line) + platform::Narrow(second);
     return Log("output.WriteLine", line, second);
   }
-  qal::Status EndOutput(qal::WideText text) override {
+  Status EndOutput(WideText text) override {
     const std::lock_guard lock(mutex_);
     ended_ = true;
     changed_.notify_all();
@@ -45,16 +45,12 @@ class StubCommandOutput : public Double<qal::IQCommandOutput> {
   bool ended_ = false;
 };
 
-class StubCommandRegistry : public Double<qal::IQCommandRegistry> {
- public:
-  static constexpr qal::Guid kService = qal::iid::kCommandRegistry;
-  using Double::Double;
-  qal::Status AddCommand(qal::WideText name, qal::WideText syntax, std::uint32_t shortForm) override {
-    return Log("registry.AddCommand", name, syntax, shortForm);
+struct StubCommandRegistry : Service<qal::IQCommandRegistry, qal::iid::kCommandRegistry, "registry"> {
+  using Service::Service;
+  Status AddCommand(WideText name, WideText syntax, Number shortForm) override {
+    return Log("AddCommand", name, syntax, shortForm);
   }
-  qal::Status RemoveCommand(qal::WideText name, qal::WideText syntax) override {
-    return Log("registry.RemoveCommand", name, syntax);
-  }
+  Status RemoveCommand(WideText name, WideText syntax) override { return Log("RemoveCommand", name, syntax); }
 };
 
 }  // namespace doubles

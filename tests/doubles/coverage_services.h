@@ -8,70 +8,52 @@
 /// The debugger's coverage record, as tables that a test fills.
 namespace doubles {
 
-class StubPathCoverage : public Double<qal::IQPathCoverage> {
- public:
-  static constexpr qal::Guid kService = qal::iid::kPathCoverage;
-  using Double::Double;
+struct StubPathCoverage : Service<qal::IQPathCoverage, qal::iid::kPathCoverage, "path"> {
+  using Service::Service;
 
   /// The next reports.
   std::vector<qal::PathPair> pairs;
 
-  qal::Status GetPath(std::uint32_t* count, const qal::PathPair** out) override {
-    *count = static_cast<std::uint32_t>(pairs.size());
+  Status GetPath(Number* count, const qal::PathPair** out) override {
+    *count = static_cast<Number>(pairs.size());
     *out = pairs.data();
-    return Log("path.GetPath");
+    return Log("GetPath");
   }
-  qal::Status AddRange(std::uint32_t start, std::uint32_t end) override {
-    return Log("path.AddRange", Hex{start}, Hex{end});
-  }
-  qal::Status RemoveRange(std::uint32_t start, std::uint32_t end) override {
-    return Log("path.RemoveRange", Hex{start}, Hex{end});
-  }
-  qal::Status SetCollection(std::int32_t on) override { return Log("path.SetCollection", on); }
+  Status AddRange(Number start, Number end) override { return Log("AddRange", Hex{start}, Hex{end}); }
+  Status RemoveRange(Number start, Number end) override { return Log("RemoveRange", Hex{start}, Hex{end}); }
+  Status SetCollection(std::int32_t on) override { return Log("SetCollection", on); }
 };
 
-class StubCountCoverage : public Double<qal::IQCountCoverage> {
- public:
-  static constexpr qal::Guid kService = qal::iid::kCountCoverage;
-  using Double::Double;
+struct StubCountCoverage : Service<qal::IQCountCoverage, qal::iid::kCountCoverage, "count"> {
+  using Service::Service;
 
   std::vector<qal::CountPair> counts;
   std::vector<qal::CountPair> flags;
 
-  qal::Status GetCounts(std::uint32_t* countPairs, const qal::CountPair** outCounts, std::uint32_t* flagPairs,
-                        const qal::CountPair** outFlags) override {
-    *countPairs = static_cast<std::uint32_t>(counts.size());
+  Status GetCounts(Number* countPairs, const qal::CountPair** outCounts, Number* flagPairs,
+                   const qal::CountPair** outFlags) override {
+    *countPairs = static_cast<Number>(counts.size());
     *outCounts = counts.data();
-    *flagPairs = static_cast<std::uint32_t>(flags.size());
+    *flagPairs = static_cast<Number>(flags.size());
     *outFlags = flags.data();
-    return Log("count.GetCounts");
+    return Log("GetCounts");
   }
-  qal::Status AddRange(std::uint32_t start, std::uint32_t end) override {
-    return Log("count.AddRange", Hex{start}, Hex{end});
-  }
-  qal::Status RemoveRange(std::uint32_t start, std::uint32_t end) override {
-    return Log("count.RemoveRange", Hex{start}, Hex{end});
-  }
-  qal::Status SetCollection(std::int32_t on) override { return Log("count.SetCollection", on); }
+  Status AddRange(Number start, Number end) override { return Log("AddRange", Hex{start}, Hex{end}); }
+  Status RemoveRange(Number start, Number end) override { return Log("RemoveRange", Hex{start}, Hex{end}); }
+  Status SetCollection(std::int32_t on) override { return Log("SetCollection", on); }
 };
 
-class StubTraceStart : public Double<qal::IQTraceStart> {
- public:
-  static constexpr qal::Guid kService = qal::iid::kTraceStart;
-  using Double::Double;
-  std::uint32_t address = 0;
-  qal::Status GetAddress(std::uint32_t zero, std::uint32_t* out) override {
-    return Give(Log("trace.GetAddress", zero), out, address);
-  }
+struct StubTraceStart : Service<qal::IQTraceStart, qal::iid::kTraceStart, "trace"> {
+  using Service::Service;
+  Number address = 0;
+  Status GetAddress(Number zero, Number* out) override { return Give(Log("GetAddress", zero), out, address); }
 };
 
-class StubExecutionState : public Double<qal::IQExecutionState> {
- public:
-  static constexpr qal::Guid kService = qal::iid::kExecutionState;
-  using Double::Double;
+struct StubExecutionState : Service<qal::IQExecutionState, qal::iid::kExecutionState, "execution"> {
+  using Service::Service;
   bool halted = true;
-  qal::Status IsHalted() override {
-    const auto status = Log("execution.IsHalted");
+  Status IsHalted() override {
+    const auto status = Log("IsHalted");
     return halted ? status : qal::kFail;
   }
 };

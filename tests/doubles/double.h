@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <concepts>
 #include <string>
 #include <string_view>
@@ -14,15 +15,22 @@
 /// What all doubles share: three basic operations that do nothing, and the writing of calls.
 namespace doubles {
 
+using qal::Flag;
+using qal::Guid;
+using qal::Status;
+using qal::Variant;
+using qal::WideText;
+using Number = std::uint32_t;
+
 /// An address in a log line.
 struct Hex {
-  std::uint32_t value;
+  Number value;
 };
 
 /// "{XXXXXXXX-…}" of an identifier, or the short name of one that the component registers things under.
-inline std::string Describe(const qal::Guid& id) {
+inline std::string Describe(const Guid& id) {
   static constexpr struct {
-    qal::Guid id;
+    Guid id;
     const char* name;
   } kNames[] = {
       {qal::kClassId, "class"},
@@ -46,12 +54,12 @@ inline std::string Describe(const qal::Guid& id) {
   return platform::Format("{%08X-%04X-%04X-%02X%02X-%02X%02X%02X%02X%02X%02X}", id.data1, id.data2, id.data3,
                           d[0], d[1], d[2], d[3], d[4], d[5], d[6], d[7]);
 }
-inline std::string Describe(const qal::Guid* id) { return id ? Describe(*id) : "null"; }
+inline std::string Describe(const Guid* id) { return id ? Describe(*id) : "null"; }
 inline std::string Describe(Hex address) { return platform::Format("0x%x", address.value); }
-inline std::string Describe(qal::WideText text) { return text ? '"' + platform::Narrow(text) + '"' : "null"; }
+inline std::string Describe(WideText text) { return text ? '"' + platform::Narrow(text) + '"' : "null"; }
 inline std::string Describe(const std::string& text) { return '"' + text + '"'; }
 inline std::string Describe(std::integral auto number) { return std::to_string(number); }
-inline std::string Describe(const qal::Variant* list) {
+inline std::string Describe(const Variant* list) {
   if (!list) return "null";
   std::string text = "[";
   if (const auto ids = platform::IdListOf(list)) {
@@ -71,21 +79,22 @@ class Double : public InterfaceType {
 
   Double() = default;
   explicit Double(CallLog& log) : log_(&log) {}
+  explicit Double(CallLog* log) : log_(log) {}
   virtual ~Double() = default;
   Double(const Double&) = delete;
   Double& operator=(const Double&) = delete;
 
-  qal::Status QueryInterface(const qal::Guid*, void** out) override {
+  Status QueryInterface(const Guid*, void** out) override {
     *out = nullptr;
     return qal::kNoInterface;
   }
-  std::uint32_t AddRef() override { return 1; }
-  std::uint32_t Release() override { return 0; }
+  Number AddRef() override { return 1; }
+  Number Release() override { return 0; }
 
  protected:
   /// Writes "name(argument, …)" and gives kOk, or kFail when the log was told to fail this call.
   template <class... Arguments>
-  qal::Status Log(std::string_view name, const Arguments&... arguments) {
+  Status Log(std::string_view name, const Arguments&... arguments) {
     if (!log_) return qal::kOk;
     std::string line(name);
     line += '(';
@@ -93,20 +102,42 @@ class Double : public InterfaceType {
     ((line += (first ? "" : ", ") + Describe(arguments), first = false), ...);
     return log_->Add(line + ')');
   }
+  /// The same for calls of which there are too many to write down.
+  Status Pass(std::string_view name) { return log_ ? log_->Pass(name) : qal::kOk; }
 
  private:
   CallLog* log_ = nullptr;
 };
 
+/// A name as a template argument.
+template <std::size_t kSize>
+struct Name {
+  consteval Name(const char (&from)[kSize]) { std::copy_n(from, kSize, text); }
+  char text[kSize];
+};
+
+/// One that is offered under its own identifier; the name stands before each of its calls.
+template <class InterfaceType, const Guid& kId, Name kName>
+struct Service : Double<InterfaceType> {
+  static constexpr Guid kService = kId;
+  using Double<InterfaceType>::Double;
+
+ protected:
+  template <class... Arguments>
+  Status Log(std::string_view name, const Arguments&... arguments) {
+    return Double<InterfaceType>::Log(kName.text + ("." + std::string(name)), arguments...);
+  }
+};
+
 /// Gives a text out, unless the status is a failure; then null.
-inline qal::Status Give(qal::Status status, char16_t** out, std::string_view text) {
+inline Status Give(Status status, char16_t** out, std::string_view text) {
   *out = qal::Failed(status) ? nullptr : platform::NewWide(text);
   return status;
 }
 
 /// Gives a value out, unless the status is a failure.
 template <class Value>
-qal::Status Give(qal::Status status, Value* out, std::type_identity_t<Value> value) {
+Status Give(Status status, Value* out, std::type_identity_t<Value> value) {
   if (qal::Succeeded(status)) *out = value;
   return status;
 }

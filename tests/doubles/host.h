@@ -22,7 +22,7 @@ class HostDouble : public Double<qal::IQHost> {
     Offer(Service::kService, &service);
   }
   template <class Service>
-  void Offer(const qal::Guid& id, Service* service) {
+  void Offer(const Guid& id, Service* service) {
     if constexpr (requires { typename Service::Interface; }) {
       table_[id] = static_cast<typename Service::Interface*>(service);
     } else {
@@ -33,11 +33,11 @@ class HostDouble : public Double<qal::IQHost> {
   void OfferAll(Services&... services) {
     (Offer(services), ...);
   }
-  void Withdraw(const qal::Guid& id) { table_.erase(id); }
+  void Withdraw(const Guid& id) { table_.erase(id); }
 
   /// Whoever is registered under the identifier now, in order.
   template <class Interface = qal::IQUnknown>
-  std::vector<Interface*> Registered(const qal::Guid& id) const {
+  std::vector<Interface*> Registered(const Guid& id) const {
     std::vector<Interface*> found;
     for (const auto& [key, sink] : registered_) {
       if (key == id) found.push_back(static_cast<Interface*>(sink));
@@ -50,43 +50,39 @@ class HostDouble : public Double<qal::IQHost> {
   /// Also writes each lookup down.
   bool logLookups = false;
 
-  qal::Status QueryInterface(const qal::Guid* id, void** out) override {
-    return Find("host.QueryInterface", id, out);
-  }
-  qal::Status GetService(const qal::Guid* id, void** out) override {
-    return Find("host.GetService", id, out);
-  }
-  qal::Status Advise(const qal::Guid* id, qal::IQUnknown* sink) override {
+  Status QueryInterface(const Guid* id, void** out) override { return Find("host.QueryInterface", id, out); }
+  Status GetService(const Guid* id, void** out) override { return Find("host.GetService", id, out); }
+  Status Advise(const Guid* id, qal::IQUnknown* sink) override {
     registered_.emplace_back(*id, sink);
     return Log("host.Advise", id);
   }
-  qal::Status RegisterProvider(const qal::Guid* id, qal::IQUnknown* provider) override {
+  Status RegisterProvider(const Guid* id, qal::IQUnknown* provider) override {
     registered_.emplace_back(*id, provider);
     return Log("host.RegisterProvider", id);
   }
-  qal::Status Unadvise(const qal::Guid* id, qal::IQUnknown* sink) override {
+  Status Unadvise(const Guid* id, qal::IQUnknown* sink) override {
     Forget(id, sink);
     return Log("host.Unadvise", id);
   }
-  qal::Status UnregisterProvider(const qal::Guid* id, qal::IQUnknown* provider) override {
+  Status UnregisterProvider(const Guid* id, qal::IQUnknown* provider) override {
     Forget(id, provider);
     return Log("host.UnregisterProvider", id);
   }
 
  private:
-  qal::Status Find(const char* name, const qal::Guid* id, void** out) {
+  Status Find(const char* name, const Guid* id, void** out) {
     const auto found = table_.find(*id);
     *out = found == table_.end() ? nullptr : found->second;
     if (logLookups && qal::Failed(Log(name, id))) *out = nullptr;
     return *out ? qal::kOk : qal::kNoInterface;
   }
-  void Forget(const qal::Guid* id, qal::IQUnknown* sink) {
+  void Forget(const Guid* id, qal::IQUnknown* sink) {
     const auto at = std::find(registered_.begin(), registered_.end(), std::pair{*id, sink});
     if (at != registered_.end()) registered_.erase(at);
   }
 
-  std::map<qal::Guid, void*> table_;
-  std::vector<std::pair<qal::Guid, qal::IQUnknown*>> registered_;
+  std::map<Guid, void*> table_;
+  std::vector<std::pair<Guid, qal::IQUnknown*>> registered_;
 };
 
 }  // namespace doubles

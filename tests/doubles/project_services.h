@@ -11,54 +11,40 @@
 namespace doubles {
 
 /// The component's session is the current one.
-class StubSessionState : public Double<qal::IQSessionState> {
- public:
-  static constexpr qal::Guid kService = qal::iid::kSessionState;
-  using Double::Double;
+struct StubSessionState : Service<qal::IQSessionState, qal::iid::kSessionState, "session"> {
+  using Service::Service;
   bool current = true;
   std::string name = "session";
-  qal::Status IsCurrent() override { return current ? 1 : 0; }
-  qal::Status GetName(char16_t** out) override { return Give(Log("session.GetName"), out, name); }
+  Status IsCurrent() override { return current ? 1 : 0; }
+  Status GetName(char16_t** out) override { return Give(Log("GetName"), out, name); }
 };
 
-class StubProject : public Double<qal::IQProject> {
- public:
-  static constexpr qal::Guid kService = qal::iid::kProject;
-  using Double::Double;
+struct StubProject : Service<qal::IQProject, qal::iid::kProject, "project"> {
+  using Service::Service;
   std::string configuration = "Debug";
   std::string project = "demo";
   std::string context = "context";
 
-  qal::Status GetConfigurationKey(char16_t** key) override {
-    return Give(Log("project.GetConfigurationKey"), key, "conf");
+  Status GetConfigurationKey(char16_t** key) override {
+    return Give(Log("GetConfigurationKey"), key, "conf");
   }
-  qal::Status GetProjectKey(char16_t** key) override {
-    return Give(Log("project.GetProjectKey"), key, "proj");
+  Status GetProjectKey(char16_t** key) override { return Give(Log("GetProjectKey"), key, "proj"); }
+  Status GetWorkspaceKey(char16_t** key) override { return Give(Log("GetWorkspaceKey"), key, "ws"); }
+  Status GetConfigurationName(WideText workspace, WideText projectKey, WideText configurationKey,
+                              char16_t** name) override {
+    return Give(Log("GetConfigurationName", workspace, projectKey, configurationKey), name, configuration);
   }
-  qal::Status GetWorkspaceKey(char16_t** key) override {
-    return Give(Log("project.GetWorkspaceKey"), key, "ws");
+  Status GetProjectName(WideText workspace, WideText projectKey, char16_t** name) override {
+    return Give(Log("GetProjectName", workspace, projectKey), name, project);
   }
-  qal::Status GetConfigurationName(qal::WideText workspace, qal::WideText projectKey,
-                                   qal::WideText configurationKey, char16_t** name) override {
-    return Give(Log("project.GetConfigurationName", workspace, projectKey, configurationKey), name,
-                configuration);
-  }
-  qal::Status GetProjectName(qal::WideText workspace, qal::WideText projectKey, char16_t** name) override {
-    return Give(Log("project.GetProjectName", workspace, projectKey), name, project);
-  }
-  qal::Status GetContextText(char16_t** text) override {
-    return Give(Log("project.GetContextText"), text, context);
-  }
-  qal::Status GetSessionText(qal::WideText first, qal::WideText second, qal::WideText third,
-                             char16_t** text) override {
-    return Give(Log("project.GetSessionText", first, second, third), text, "[session]");
+  Status GetContextText(char16_t** text) override { return Give(Log("GetContextText"), text, context); }
+  Status GetSessionText(WideText first, WideText second, WideText third, char16_t** text) override {
+    return Give(Log("GetSessionText", first, second, third), text, "[session]");
   }
 };
 
-class StubWorkspace : public Double<qal::IQWorkspace> {
- public:
-  static constexpr qal::Guid kService = qal::iid::kWorkspace;
-  using Double::Double;
+struct StubWorkspace : Service<qal::IQWorkspace, qal::iid::kWorkspace, "workspace"> {
+  using Service::Service;
   std::string installation = "C:\\qal";
   std::string temporary = "C:\\temp";
   std::string configuration = "Debug";
@@ -69,78 +55,68 @@ class StubWorkspace : public Double<qal::IQWorkspace> {
   std::string workspaceDirectory = "C:\\space";
   bool projectOpen = true;
 
-  qal::Status GetInstallationDirectory(char16_t** out) override {
-    return Give(Log("workspace.GetInstallationDirectory"), out, installation);
+  Status GetInstallationDirectory(char16_t** out) override {
+    return Give(Log("GetInstallationDirectory"), out, installation);
   }
-  qal::Status GetTemporaryDirectory(char16_t** out) override {
-    return Give(Log("workspace.GetTemporaryDirectory"), out, temporary);
+  Status GetTemporaryDirectory(char16_t** out) override {
+    return Give(Log("GetTemporaryDirectory"), out, temporary);
   }
-  qal::Status GetConfigurationKey(char16_t** key) override {
-    return Give(Log("workspace.GetConfigurationKey"), key, "conf");
+  Status GetConfigurationKey(char16_t** key) override {
+    return Give(Log("GetConfigurationKey"), key, "conf");
   }
-  qal::Status GetProjectKey(char16_t** key) override {
-    return Give(Log("workspace.GetProjectKey"), key, "proj");
+  Status GetProjectKey(char16_t** key) override { return Give(Log("GetProjectKey"), key, "proj"); }
+  Status GetWorkspaceKey(char16_t** key) override { return Give(Log("GetWorkspaceKey"), key, "ws"); }
+  Status GetConfigurationName(WideText workspaceKey, WideText projectKey, WideText configurationKey,
+                              char16_t** name) override {
+    return Give(Log("GetConfigurationName", workspaceKey, projectKey, configurationKey), name, configuration);
   }
-  qal::Status GetWorkspaceKey(char16_t** key) override {
-    return Give(Log("workspace.GetWorkspaceKey"), key, "ws");
+  Status GetProjectName(WideText workspaceKey, WideText projectKey, char16_t** name) override {
+    return Give(Log("GetProjectName", workspaceKey, projectKey), name, project);
   }
-  qal::Status GetConfigurationName(qal::WideText workspaceKey, qal::WideText projectKey,
-                                   qal::WideText configurationKey, char16_t** name) override {
-    return Give(Log("workspace.GetConfigurationName", workspaceKey, projectKey, configurationKey), name,
-                configuration);
+  Status GetWorkspaceName(WideText workspaceKey, char16_t** name) override {
+    return Give(Log("GetWorkspaceName", workspaceKey), name, workspace);
   }
-  qal::Status GetProjectName(qal::WideText workspaceKey, qal::WideText projectKey, char16_t** name) override {
-    return Give(Log("workspace.GetProjectName", workspaceKey, projectKey), name, project);
-  }
-  qal::Status GetWorkspaceName(qal::WideText workspaceKey, char16_t** name) override {
-    return Give(Log("workspace.GetWorkspaceName", workspaceKey), name, workspace);
-  }
-  qal::Status GetConfigurationDirectory(qal::WideText workspaceKey, qal::WideText projectKey,
-                                        qal::WideText configurationKey, char16_t** out) override {
-    return Give(Log("workspace.GetConfigurationDirectory", workspaceKey, projectKey, configurationKey), out,
+  Status GetConfigurationDirectory(WideText workspaceKey, WideText projectKey, WideText configurationKey,
+                                   char16_t** out) override {
+    return Give(Log("GetConfigurationDirectory", workspaceKey, projectKey, configurationKey), out,
                 configurationDirectory);
   }
-  qal::Status GetProjectDirectory(qal::WideText workspaceKey, qal::WideText projectKey,
-                                  char16_t** out) override {
-    return Give(Log("workspace.GetProjectDirectory", workspaceKey, projectKey), out, projectDirectory);
+  Status GetProjectDirectory(WideText workspaceKey, WideText projectKey, char16_t** out) override {
+    return Give(Log("GetProjectDirectory", workspaceKey, projectKey), out, projectDirectory);
   }
-  qal::Status GetWorkspaceDirectory(qal::WideText workspaceKey, char16_t** out) override {
-    return Give(Log("workspace.GetWorkspaceDirectory", workspaceKey), out, workspaceDirectory);
+  Status GetWorkspaceDirectory(WideText workspaceKey, char16_t** out) override {
+    return Give(Log("GetWorkspaceDirectory", workspaceKey), out, workspaceDirectory);
   }
-  qal::Status IsProjectOpen(std::uint32_t* open) override {
-    return Give(Log("workspace.IsProjectOpen"), open, projectOpen ? 1u : 0u);
+  Status IsProjectOpen(Number* open) override {
+    return Give(Log("IsProjectOpen"), open, projectOpen ? 1u : 0u);
   }
 };
 
 /// Definitions are flat lists: name, description, value, name, …
-class StubCustomPlaceholders : public Double<qal::IQCustomPlaceholders> {
- public:
-  static constexpr qal::Guid kService = qal::iid::kCustomPlaceholders;
-  using Double::Double;
+struct StubCustomPlaceholders
+    : Service<qal::IQCustomPlaceholders, qal::iid::kCustomPlaceholders, "placeholders"> {
+  using Service::Service;
   std::vector<std::string> application;
   std::vector<std::string> project;
-  qal::Status GetApplicationPlaceholders(qal::VariantArray** out) override {
-    return GiveList(Log("placeholders.GetApplicationPlaceholders"), application, out);
+  Status GetApplicationPlaceholders(qal::VariantArray** out) override {
+    return GiveList(Log("GetApplicationPlaceholders"), application, out);
   }
-  qal::Status GetProjectPlaceholders(qal::WideText workspace, qal::VariantArray** out) override {
-    return GiveList(Log("placeholders.GetProjectPlaceholders", workspace), project, out);
+  Status GetProjectPlaceholders(WideText workspace, qal::VariantArray** out) override {
+    return GiveList(Log("GetProjectPlaceholders", workspace), project, out);
   }
 
  private:
-  static qal::Status GiveList(qal::Status status, const std::vector<std::string>& texts,
-                              qal::VariantArray** out) {
+  static Status GiveList(Status status, const std::vector<std::string>& texts, qal::VariantArray** out) {
     *out = qal::Failed(status) ? nullptr : platform::NewTextArray(texts);
     return status;
   }
 };
 
 /// Keeps what is written in two tables.
-class StubSessionData : public Double<qal::IQSessionData> {
- public:
-  static constexpr qal::Guid kService = qal::iid::kSessionData;
-  using Double::Double;
+struct StubSessionData : Service<qal::IQSessionData, qal::iid::kSessionData, "data"> {
+  using Service::Service;
   std::map<std::string, std::string> texts;
-  std::map<std::string, std::uint32_t> numbers;
+  std::map<std::string, Number> numbers;
 
   /// Both tables, one "key = value" a line, texts quoted.
   std::string Picture() const {
@@ -152,24 +128,24 @@ class StubSessionData : public Double<qal::IQSessionData> {
     return picture;
   }
 
-  qal::Status Open(const qal::Guid* session) override { return Log("data.Open", session); }
-  qal::Status Close() override { return Log("data.Close"); }
-  qal::Status SetSessionText(qal::WideText key, qal::WideText value) override {
+  Status Open(const Guid* session) override { return Log("Open", session); }
+  Status Close() override { return Log("Close"); }
+  Status SetSessionText(WideText key, WideText value) override {
     texts[platform::Narrow(key)] = platform::Narrow(value);
-    return Log("data.SetSessionText", key, value);
+    return Log("SetSessionText", key, value);
   }
-  qal::Status GetSessionText(qal::WideText key, qal::WideText fallback, char16_t** value) override {
+  Status GetSessionText(WideText key, WideText fallback, char16_t** value) override {
     const auto found = texts.find(platform::Narrow(key));
-    return Give(Log("data.GetSessionText", key), value,
+    return Give(Log("GetSessionText", key), value,
                 found == texts.end() ? platform::Narrow(fallback) : found->second);
   }
-  qal::Status SetSessionNumber(qal::WideText key, std::uint32_t value) override {
+  Status SetSessionNumber(WideText key, Number value) override {
     numbers[platform::Narrow(key)] = value;
-    return Log("data.SetSessionNumber", key, value);
+    return Log("SetSessionNumber", key, value);
   }
-  qal::Status GetSessionNumber(qal::WideText key, std::uint32_t fallback, std::uint32_t* value) override {
+  Status GetSessionNumber(WideText key, Number fallback, Number* value) override {
     const auto found = numbers.find(platform::Narrow(key));
-    return Give(Log("data.GetSessionNumber", key), value, found == numbers.end() ? fallback : found->second);
+    return Give(Log("GetSessionNumber", key), value, found == numbers.end() ? fallback : found->second);
   }
 };
 

@@ -25,43 +25,29 @@ namespace doubles {
 class TargetDouble {
  public:
   TargetDouble() { source.symbols = &symbols; }
-  explicit TargetDouble(CallLog& log)
-      : log_(&log),
-        path(log),
-        counts(log),
-        traceStart(log),
-        executionState(log),
-        limits(log),
-        editor(log),
-        addressText(log),
-        expression(log),
-        modules(log),
-        symbols(*this, &log),
-        source(*this, &log) {
-    source.symbols = &symbols;
-  }
+  explicit TargetDouble(CallLog& log) : log_(&log) { source.symbols = &symbols; }
 
   /// One instruction after the other, of these lengths in bytes.
-  void Instructions(std::uint32_t address, std::initializer_list<std::uint32_t> lengths) {
+  void Instructions(Number address, std::initializer_list<Number> lengths) {
     for (const auto length : lengths) {
       lengths_[address] = length;
       address += length;
     }
   }
   /// Instructions of one length over the whole range, `end` included.
-  void Fill(std::uint32_t start, std::uint32_t end, std::uint32_t length = 2) {
-    for (std::uint64_t at = start; at < end; at += length) lengths_[static_cast<std::uint32_t>(at)] = length;
+  void Fill(Number start, Number end, Number length = 2) {
+    for (std::uint64_t at = start; at < end; at += length) lengths_[static_cast<Number>(at)] = length;
   }
   /// From now on nothing can be decoded at the address.
-  void Forget(std::uint32_t address) { lengths_.erase(address); }
+  void Forget(Number address) { lengths_.erase(address); }
 
   /// Line `number` begins at the address; it goes on to the next address that has a line.
-  void Line(std::uint32_t address, std::string file, std::uint32_t number, std::string text) {
+  void Line(Number address, std::string file, Number number, std::string text) {
     texts_[{file, number}] = std::move(text);
     lines_[address] = {std::move(file), number};
   }
 
-  void Function(const std::string& file, const std::string& name, std::uint32_t start, std::uint32_t end) {
+  void Function(const std::string& file, const std::string& name, Number start, Number end) {
     auto& list = functions_[platform::ToLower(file)];
     list.names.push_back(platform::Widen(name));
     list.bounds.emplace_back(start, end);
@@ -74,14 +60,14 @@ class TargetDouble {
   }
 
   /// Code bytes as ReadMemory gives them.
-  static std::uint8_t ByteAt(std::uint32_t address) {
+  static std::uint8_t ByteAt(Number address) {
     return static_cast<std::uint8_t>(address * 7 + (address >> 8));
   }
 
   /// Address text "00001000" and last text "0715      op4": code bytes in 10 columns, then the length.
-  static std::pair<std::string, std::string> Texts(std::uint32_t address, std::uint32_t length) {
+  static std::pair<std::string, std::string> Texts(Number address, Number length) {
     std::string code;
-    for (std::uint32_t i = 0; i < length; ++i) code += platform::Format("%02x", ByteAt(address + i));
+    for (Number i = 0; i < length; ++i) code += platform::Format("%02x", ByteAt(address + i));
     return {platform::Format("%08x", address), platform::Format("%-10sop%u", code.c_str(), length)};
   }
 
@@ -95,122 +81,98 @@ class TargetDouble {
  private:
   struct FileFunctions {
     std::deque<std::u16string> names;
-    std::vector<std::pair<std::uint32_t, std::uint32_t>> bounds;
+    std::vector<std::pair<Number, Number>> bounds;
     std::vector<qal::FunctionRecord> records;
   };
 
-  class Information : public StubTargetInformation {
-   public:
-    explicit Information(const TargetDouble& target) : target_(target) {}
-    qal::Status Disassemble(std::uint32_t, const std::uint8_t*, std::uint32_t address,
-                            qal::InstructionRecord* out) override {
-      const auto found = target_.lengths_.find(address);
-      if (qal::Failed(target_.Pass("target.Disassemble")) || found == target_.lengths_.end())
-        return qal::kFail;
+  struct Information : Service<qal::IQTargetInformation, qal::iid::kTargetInformation, "target"> {
+    explicit Information(const TargetDouble& owner) : Service(owner.log_), target(owner) {}
+    const TargetDouble& target;
+    std::uint16_t alignment = 2;
+    Status Disassemble(Number, const std::uint8_t*, Number address, qal::InstructionRecord* out) override {
+      const auto found = target.lengths_.find(address);
+      if (qal::Failed(Pass("target.Disassemble")) || found == target.lengths_.end()) return qal::kFail;
       const auto [addressText, lastText] = Texts(address, found->second);
       *out = {platform::NewWide(addressText), 0, found->second, platform::NewWide(lastText)};
       return qal::kOk;
     }
-    qal::Status GetAlignment(std::uint16_t* outAlignment, std::uint16_t* offset) override {
-      const auto status = target_.Pass("target.GetAlignment");
-      return qal::Failed(status) ? status : StubTargetInformation::GetAlignment(outAlignment, offset);
+    Status GetAlignment(std::uint16_t* outAlignment, std::uint16_t* offset) override {
+      *offset = 0;
+      return Give(Pass("target.GetAlignment"), outAlignment, alignment);
     }
-
-   private:
-    const TargetDouble& target_;
   };
 
-  class Memory : public StubMemory {
-   public:
-    explicit Memory(const TargetDouble& target) : target_(target) {}
-    qal::Status ReadMemory(std::uint32_t first, std::uint32_t last, std::uint16_t,
-                           std::uint8_t* buffer) override {
-      for (std::uint32_t i = 0; i <= last - first; ++i) buffer[i] = ByteAt(first + i);
-      return target_.Pass("memory.ReadMemory");
+  struct Memory : StubMemory {
+    using StubMemory::StubMemory;
+    Status ReadMemory(Number first, Number last, std::uint16_t, std::uint8_t* buffer) override {
+      for (Number i = 0; i <= last - first; ++i) buffer[i] = ByteAt(first + i);
+      return Pass("memory.ReadMemory");
     }
-
-   private:
-    const TargetDouble& target_;
   };
 
-  class Symbols : public StubSymbolTable {
-   public:
-    Symbols(const TargetDouble& target, CallLog* log) : target_(target), log_(log) {}
-    qal::Status GetFileFunctions(qal::WideText file, const qal::FunctionRecord** records,
-                                 std::uint32_t* count) override {
-      const auto status = log_ ? log_->Add("symbols.GetFileFunctions(" + Describe(file) + ")") : qal::kOk;
-      const auto found = target_.functions_.find(platform::ToLower(platform::Narrow(file)));
-      const bool known = qal::Succeeded(status) && found != target_.functions_.end();
+  struct Symbols : Double<qal::IQSymbolTable> {
+    explicit Symbols(const TargetDouble& owner) : Double(owner.log_), target(owner) {}
+    const TargetDouble& target;
+    Status QueryInterface(const Guid* id, void** out) override {
+      *out = *id == qal::iid::kSymbolTable ? static_cast<qal::IQSymbolTable*>(this) : nullptr;
+      return *out ? qal::kOk : qal::kNoInterface;
+    }
+    Status GetFileFunctions(WideText file, const qal::FunctionRecord** records, Number* count) override {
+      const auto status = Log("symbols.GetFileFunctions", file);
+      const auto found = target.functions_.find(platform::ToLower(platform::Narrow(file)));
+      const bool known = qal::Succeeded(status) && found != target.functions_.end();
       *records = known ? found->second.records.data() : nullptr;
-      *count = known ? static_cast<std::uint32_t>(found->second.records.size()) : 0;
+      *count = known ? static_cast<Number>(found->second.records.size()) : 0;
       return status;
     }
-
-   private:
-    const TargetDouble& target_;
-    CallLog* log_;
   };
 
-  class Source : public StubSource {
-   public:
-    Source(const TargetDouble& target, CallLog* log) : target_(target), log_(log) {}
-    qal::Status GetSymbolTable(std::uint32_t address, qal::IQUnknown** table) override {
-      const auto status =
-          log_ ? log_->Add("source.GetSymbolTable(" + Describe(Hex{address}) + ")") : qal::kOk;
-      *table = qal::Failed(status) ? nullptr : symbols;
-      return *table ? status : qal::kFail;
-    }
-    qal::Status AddressToLine(std::uint32_t address, char16_t** file, std::uint32_t* line) override {
-      auto found = target_.lines_.upper_bound(address);
-      if (qal::Failed(target_.Pass("source.AddressToLine")) || found == target_.lines_.begin())
+  struct Source : StubSource {
+    explicit Source(const TargetDouble& owner) : StubSource(owner.log_), target(owner) {}
+    const TargetDouble& target;
+    Status AddressToLine(Number address, char16_t** file, Number* line) override {
+      auto found = target.lines_.upper_bound(address);
+      if (qal::Failed(Pass("source.AddressToLine")) || found == target.lines_.begin())
         return Give(qal::kFail, file, {});
       *line = (--found)->second.second;
       return Give(qal::kOk, file, found->second.first);
     }
-    qal::Status LineToAddress(qal::WideText file, std::uint32_t line, std::uint32_t* address) override {
+    Status LineToAddress(WideText file, Number line, Number* address) override {
       const auto name = platform::Narrow(file);
-      if (qal::Failed(target_.Pass("source.LineToAddress"))) return qal::kFail;
-      for (const auto& [start, place] : target_.lines_) {
+      if (qal::Failed(Pass("source.LineToAddress"))) return qal::kFail;
+      for (const auto& [start, place] : target.lines_) {
         if (place.second != line || !platform::EqualNoCase(place.first, name)) continue;
-        *address = start;
-        return qal::kOk;
+        return Give(qal::kOk, address, start);
       }
       return qal::kFail;
     }
-    qal::Status GetLineText(qal::WideText file, std::uint32_t line, char16_t** text) override {
-      const auto found = target_.texts_.find({platform::Narrow(file), line});
-      if (qal::Failed(target_.Pass("source.GetLineText"))) return Give(qal::kFail, text, {});
-      return found == target_.texts_.end() ? Give(qal::kFail, text, {}) : Give(qal::kOk, text, found->second);
+    Status GetLineText(WideText file, Number line, char16_t** text) override {
+      const auto found = target.texts_.find({platform::Narrow(file), line});
+      const bool known = qal::Succeeded(Pass("source.GetLineText")) && found != target.texts_.end();
+      return known ? Give(qal::kOk, text, found->second) : Give(qal::kFail, text, {});
     }
-
-   private:
-    const TargetDouble& target_;
-    CallLog* log_;
   };
 
-  /// Counts a call that is not written down.
-  qal::Status Pass(const char* name) const { return log_ != nullptr ? log_->Pass(name) : qal::kOk; }
-
-  std::map<std::uint32_t, std::uint32_t> lengths_;
-  std::map<std::uint32_t, std::pair<std::string, std::uint32_t>> lines_;
-  std::map<std::pair<std::string, std::uint32_t>, std::string> texts_;
-  std::map<std::string, FileFunctions> functions_;
   CallLog* log_ = nullptr;
+  std::map<Number, Number> lengths_;
+  std::map<Number, std::pair<std::string, Number>> lines_;
+  std::map<std::pair<std::string, Number>, std::string> texts_;
+  std::map<std::string, FileFunctions> functions_;
 
  public:
-  StubPathCoverage path;
-  StubCountCoverage counts;
-  StubTraceStart traceStart;
-  StubExecutionState executionState;
-  StubAddressLimits limits;
-  StubEditor editor;
-  StubAddressText addressText;
-  StubExpression expression;
-  StubModules modules;
+  StubPathCoverage path{log_};
+  StubCountCoverage counts{log_};
+  StubTraceStart traceStart{log_};
+  StubExecutionState executionState{log_};
+  StubAddressLimits limits{log_};
+  StubEditor editor{log_};
+  StubAddressText addressText{log_};
+  StubExpression expression{log_};
+  StubModules modules{log_};
   Information information{*this};
-  Memory memory{*this};
-  Symbols symbols{*this, nullptr};
-  Source source{*this, nullptr};
+  Memory memory{log_};
+  Symbols symbols{*this};
+  Source source{*this};
 };
 
 }  // namespace doubles

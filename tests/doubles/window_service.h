@@ -8,90 +8,80 @@
 
 namespace doubles {
 
+using qal::ModuleHandle;
+using qal::WindowHandle;
+
 /// All four versions in one object: keys count from 1, frames from 0x100; module handles are not written
 /// down.
-class StubWindowService : public Double<qal::IQWindowService4> {
- public:
-  using Double::Double;
+struct StubWindowService : Service<qal::IQWindowService4, qal::iid::kWindowService4, "window"> {
+  using Service::Service;
 
-  std::map<qal::WindowHandle, std::string> titles;
-  std::map<qal::WindowHandle, std::uint32_t> states;
-  std::uint32_t contextMenusLeft = 0;
+  std::map<WindowHandle, std::string> titles;
+  std::map<WindowHandle, Number> states;
+  Number contextMenusLeft = 0;
   bool toolbarShown = false;
   /// Makes the frame's window; replace it to give real ones.
-  virtual qal::WindowHandle NewFrame() { return ++lastFrame_; }
+  virtual WindowHandle NewFrame() { return ++lastFrame_; }
 
-  qal::Status RegisterAccelerators(qal::ModuleHandle, std::uint32_t table, std::uint32_t key,
-                                   const qal::Guid* classId, const qal::Variant* ids, std::uint32_t* outA,
-                                   std::uint32_t* outB) override {
+  Status RegisterAccelerators(ModuleHandle, Number table, Number key, const Guid* classId, const Variant* ids,
+                              Number* outA, Number* outB) override {
     *outA = *outB = 0;
-    return Log("window.RegisterAccelerators", table, key, classId, ids);
+    return Log("RegisterAccelerators", table, key, classId, ids);
   }
-  qal::Status UnregisterAccelerators(std::uint32_t table, std::uint32_t key) override {
-    return Log("window.UnregisterAccelerators", table, key);
+  Status UnregisterAccelerators(Number table, Number key) override {
+    return Log("UnregisterAccelerators", table, key);
   }
-  qal::Status RegisterWindowMenu(qal::WindowHandle, qal::ModuleHandle, std::uint32_t menu, std::uint32_t key,
-                                 const qal::Guid* classId, const qal::Variant* ids, std::uint32_t* outA,
-                                 std::uint32_t* outB) override {
+  Status RegisterWindowMenu(WindowHandle, ModuleHandle, Number menu, Number key, const Guid* classId,
+                            const Variant* ids, Number* outA, Number* outB) override {
     *outA = *outB = 0;
-    return Log("window.RegisterWindowMenu", menu, key, classId, ids);
+    return Log("RegisterWindowMenu", menu, key, classId, ids);
   }
-  qal::Status UnregisterWindowMenu(qal::WindowHandle, std::uint32_t menu, std::uint32_t key) override {
-    return Log("window.UnregisterWindowMenu", menu, key);
+  Status UnregisterWindowMenu(WindowHandle, Number menu, Number key) override {
+    return Log("UnregisterWindowMenu", menu, key);
   }
-  qal::Status SetFrameTitle(qal::WindowHandle frame, qal::WideText title) override {
+  Status SetFrameTitle(WindowHandle frame, WideText title) override {
     titles[frame] = platform::Narrow(title);
-    return Log("window.SetFrameTitle", title);
+    return Log("SetFrameTitle", title);
   }
-  qal::Status SetFrameState(qal::WindowHandle frame, std::uint32_t state) override {
+  Status SetFrameState(WindowHandle frame, Number state) override {
     states[frame] = state;
-    return Log("window.SetFrameState", state);
+    return Log("SetFrameState", state);
   }
-  qal::Status GetFrameState(qal::WindowHandle frame, std::uint32_t* state) override {
-    return Give(Log("window.GetFrameState"), state, states[frame]);
+  Status GetFrameState(WindowHandle frame, Number* state) override {
+    return Give(Log("GetFrameState"), state, states[frame]);
   }
-  qal::Status UnregisterContextParent(qal::WindowHandle) override {
-    return Log("window.UnregisterContextParent");
+  Status UnregisterContextParent(WindowHandle) override { return Log("UnregisterContextParent"); }
+  Status RegisterContextMenu(WindowHandle, WindowHandle, Number position, WideText name, Number first,
+                             Number value, Number key, const Guid* classId) override {
+    return Log("RegisterContextMenu", Hex{position}, name, first, value, key, classId);
   }
-  qal::Status RegisterContextMenu(qal::WindowHandle, qal::WindowHandle, std::uint32_t position,
-                                  qal::WideText name, std::uint32_t first, std::uint32_t value,
-                                  std::uint32_t key, const qal::Guid* classId) override {
-    return Log("window.RegisterContextMenu", Hex{position}, name, first, value, key, classId);
+  Status UnregisterContextMenu(WindowHandle, WindowHandle, Number value, Number key) override {
+    return Log("UnregisterContextMenu", value, key);
   }
-  qal::Status UnregisterContextMenu(qal::WindowHandle, qal::WindowHandle, std::uint32_t value,
-                                    std::uint32_t key) override {
-    return Log("window.UnregisterContextMenu", value, key);
+  Status UnregisterToolbar(Number toolbar, Number alternate, Number key) override {
+    return Log("UnregisterToolbar", toolbar, alternate, key);
   }
-  qal::Status UnregisterToolbar(std::uint32_t toolbar, std::uint32_t alternate, std::uint32_t key) override {
-    return Log("window.UnregisterToolbar", toolbar, alternate, key);
-  }
-  qal::Status RegisterMenu(qal::ModuleHandle, std::uint32_t menu, std::uint32_t key, const qal::Guid* classId,
-                           const qal::Variant* ids, std::uint32_t* outA, std::uint32_t* outB,
-                           qal::WideText first, qal::WideText second, std::uint32_t flag) override {
+  Status RegisterMenu(ModuleHandle, Number menu, Number key, const Guid* classId, const Variant* ids,
+                      Number* outA, Number* outB, WideText first, WideText second, Number flag) override {
     *outA = *outB = 0;
-    return Log("window.RegisterMenu", menu, key, classId, ids,
-               platform::Narrow(first) + platform::Narrow(second), flag);
+    return Log("RegisterMenu", menu, key, classId, ids, platform::Narrow(first) + platform::Narrow(second),
+               flag);
   }
-  qal::Status UnregisterMenu(std::uint32_t menu, std::uint32_t key) override {
-    return Log("window.UnregisterMenu", menu, key);
+  Status UnregisterMenu(Number menu, Number key) override { return Log("UnregisterMenu", menu, key); }
+  Status RegisterWindow(Number key, const Guid* classId, WindowHandle) override {
+    return Log("RegisterWindow", key, classId);
   }
-  qal::Status RegisterWindow(std::uint32_t key, const qal::Guid* classId, qal::WindowHandle) override {
-    return Log("window.RegisterWindow", key, classId);
+  Status RegisterResourceModule(ModuleHandle, Number key, const Guid* classId) override {
+    return Log("RegisterResourceModule", key, classId);
   }
-  qal::Status RegisterResourceModule(qal::ModuleHandle, std::uint32_t key,
-                                     const qal::Guid* classId) override {
-    return Log("window.RegisterResourceModule", key, classId);
-  }
-  qal::Status UnregisterResourceModule(std::uint32_t key) override {
-    return Log("window.UnregisterResourceModule", key);
-  }
-  qal::Status UnregisterWindow(std::uint32_t key) override { return Log("window.UnregisterWindow", key); }
-  qal::Status NewKey(std::uint32_t* key) override { return Give(Log("window.NewKey"), key, ++lastKey_); }
-  qal::Status Reserved50(std::uintptr_t) override { return Log("window.Reserved50"); }
-  qal::Status CreateFrame(qal::WideText key, qal::WideText title, std::uint32_t style, std::uint32_t position,
-                          qal::WindowHandle* frame, char16_t** frameKey) override {
-    const auto status = Log("window.CreateFrame", key, title, Hex{style}, Hex{position},
-                            frameKey ? qal::WideText{*frameKey} : nullptr);
+  Status UnregisterResourceModule(Number key) override { return Log("UnregisterResourceModule", key); }
+  Status UnregisterWindow(Number key) override { return Log("UnregisterWindow", key); }
+  Status NewKey(Number* key) override { return Give(Log("NewKey"), key, ++lastKey_); }
+  Status Reserved50(std::uintptr_t) override { return Log("Reserved50"); }
+  Status CreateFrame(WideText key, WideText title, Number style, Number position, WindowHandle* frame,
+                     char16_t** frameKey) override {
+    const auto status =
+        Log("CreateFrame", key, title, Hex{style}, Hex{position}, frameKey ? WideText{*frameKey} : nullptr);
     *frame = qal::Failed(status) ? 0 : NewFrame();
     if (!*frame) return status;
     titles[*frame] = platform::Narrow(title);
@@ -101,45 +91,40 @@ class StubWindowService : public Double<qal::IQWindowService4> {
     }
     return status;
   }
-  qal::Status RegisterToolbarButtons(qal::WindowHandle, qal::ModuleHandle, std::uint32_t bitmap,
-                                     std::uint32_t value, std::uint32_t key, const qal::Guid* classId,
-                                     const qal::Variant* first, const qal::Variant* second,
-                                     const qal::Variant* third, const qal::Variant* fourth,
-                                     const qal::Variant* fifth) override {
-    return Log("window.RegisterToolbarButtons", bitmap, value, key, classId, first, second, third, fourth,
-               fifth);
+  Status RegisterToolbarButtons(WindowHandle, ModuleHandle, Number bitmap, Number value, Number key,
+                                const Guid* classId, const Variant* first, const Variant* second,
+                                const Variant* third, const Variant* fourth, const Variant* fifth) override {
+    return Log("RegisterToolbarButtons", bitmap, value, key, classId, first, second, third, fourth, fifth);
   }
-  qal::Status CustomizeToolbar(qal::WindowHandle) override { return Log("window.CustomizeToolbar"); }
-  qal::Status IsToolbarShown(qal::WindowHandle) override { return toolbarShown ? 1 : 0; }
-  qal::Status ShowToolbar(qal::WindowHandle, qal::Flag shown) override {
+  Status CustomizeToolbar(WindowHandle) override { return Log("CustomizeToolbar"); }
+  Status IsToolbarShown(WindowHandle) override { return toolbarShown ? 1 : 0; }
+  Status ShowToolbar(WindowHandle, Flag shown) override {
     toolbarShown = shown != 0;
-    return Log("window.ShowToolbar", shown);
+    return Log("ShowToolbar", shown);
   }
-  qal::Status RegisterToolbar(qal::WideText identifier, qal::WideText name, qal::ModuleHandle,
-                              std::uint32_t toolbar, std::uint32_t alternate, std::uint32_t key,
-                              const qal::Guid* classId, const qal::Variant* buttonIds,
-                              const qal::Variant* secondIds, const qal::Variant* texts,
-                              const qal::Variant* third, const qal::Variant* fourth,
-                              const qal::Variant* fifth, const qal::Variant* sixth) override {
-    return Log("window.RegisterToolbar", identifier, name, toolbar, alternate, key, classId, buttonIds,
-               secondIds, texts, third, fourth, fifth, sixth);
+  Status RegisterToolbar(WideText identifier, WideText name, ModuleHandle, Number toolbar, Number alternate,
+                         Number key, const Guid* classId, const Variant* buttonIds, const Variant* secondIds,
+                         const Variant* texts, const Variant* third, const Variant* fourth,
+                         const Variant* fifth, const Variant* sixth) override {
+    return Log("RegisterToolbar", identifier, name, toolbar, alternate, key, classId, buttonIds, secondIds,
+               texts, third, fourth, fifth, sixth);
   }
-  qal::Status QueryFrameToolbar(qal::WindowHandle) override { return Log("window.QueryFrameToolbar"); }
-  qal::Status GetContextMenuCount(qal::WindowHandle, std::uint32_t* count) override {
-    return Give(Log("window.GetContextMenuCount"), count, contextMenusLeft);
+  Status QueryFrameToolbar(WindowHandle) override { return Log("QueryFrameToolbar"); }
+  Status GetContextMenuCount(WindowHandle, Number* count) override {
+    return Give(Log("GetContextMenuCount"), count, contextMenusLeft);
   }
 
   /// Offers all versions, or those up to `last`.
   template <class Host>
   void OfferTo(Host& host, int last = 4) {
-    const qal::Guid ids[] = {qal::iid::kWindowService1, qal::iid::kWindowService2, qal::iid::kWindowService3,
-                             qal::iid::kWindowService4};
+    const Guid ids[] = {qal::iid::kWindowService1, qal::iid::kWindowService2, qal::iid::kWindowService3,
+                        qal::iid::kWindowService4};
     for (int i = 0; i < last; ++i) host.Offer(ids[i], this);
   }
 
  private:
-  qal::WindowHandle lastFrame_ = 0xFF;
-  std::uint32_t lastKey_ = 0;
+  WindowHandle lastFrame_ = 0xFF;
+  Number lastKey_ = 0;
   int frameKeys_ = 0;
 };
 

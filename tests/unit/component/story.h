@@ -6,6 +6,7 @@
 
 #include "component/coverage_data_ctrl.h"
 #include "doubles/scratch_disk.h"
+#include "doubles/script.h"
 #include "panes/pane_commands.h"
 #include "platform/queue.h"
 #include "unit/view/view_world.h"

@@ -4,7 +4,7 @@
 #include "panes/pane_commands.h"
 #include "panes/statistics_pane.h"
 #include "platform/queue.h"
-#include "unit/view/view_world.h"
+#include "unit/view/view_test.h"
 
 namespace coverage {
 namespace {

@@ -7,7 +7,7 @@
 #include "doubles/scratch_disk.h"
 #include "formatview/command_sink.h"
 #include "platform/queue.h"
-#include "unit/view/view_world.h"
+#include "unit/view/view_test.h"
 
 namespace coverage {
 namespace {

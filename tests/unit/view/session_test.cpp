@@ -1,8 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/queue.h"
-#include "unit/view/view_world.h"
-#include "view/coverage_ctrl.h"
+#include "unit/view/view_test.h"
 
 namespace coverage {
 namespace {

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <deque>
 #include <memory>
 #include <string>
@@ -12,11 +10,9 @@
 #include "doubles/ide_services.h"
 #include "doubles/message_boxes.h"
 #include "doubles/project_services.h"
-#include "doubles/script.h"
 #include "doubles/target.h"
 #include "doubles/window_service.h"
 #include "platform/window.h"
-#include "view/coverage_ctrl.h"
 
 namespace coverage {
 
@@ -78,37 +74,6 @@ class ViewWorld {
   doubles::StubColumnService columns{log};
   FrameWindows window{log};
   doubles::RecordingBoxes boxes;
-};
-
-/// A view control over such an IDE.
-class ViewTest : public testing::Test {
- protected:
-  ViewTest() { Restart(); }
-  void Restart() {
-    view = std::make_unique<CJepCoverageCtrl>(&world.host, &customizer);
-    view->CreateSinkWindow();
-  }
-  CoverageWindows& Open() { return view->Windows(); }
-  std::string Picture() {
-    std::string picture;
-    for (auto* window : Open().Windows()) {
-      picture += window->Record().kind == WindowKind::kFile ? "file" : "range";
-      for (const auto& [number, instance] : window->Record().instances) {
-        picture += platform::Format(" %x-%x", instance->start, instance->end);
-        if (!instance->functionName.empty()) picture += "=" + instance->functionName;
-        picture += std::string(instance->enableStatus ? "" : " off") + (instance->shown ? "*" : "");
-      }
-      picture += '\n';
-    }
-    return picture;
-  }
-  void Do(const std::string& lines, const std::function<void()>& action) {
-    EXPECT_EQ(doubles::Script(lines, &world.boxes).Run(action).left, "");
-  }
-
-  ViewWorld world;
-  CUiCustomizer customizer{&world.host};
-  std::unique_ptr<CJepCoverageCtrl> view;
 };
 
 }  // namespace coverage
