@@ -96,8 +96,11 @@ TEST_F(Clients, TheFormatViewGivesAndTakesFontAndColours) {
   EXPECT_EQ(colours("text"), 7777u);
   EXPECT_EQ(Call(format, 12, std::uint32_t{3}, std::uint32_t{4}), kOk);
   EXPECT_EQ(colours("Text"), 304u);
-  EXPECT_EQ(Call(format, 9, lower.get(), std::uint32_t{1}, std::uint32_t{2}), kOk);
   std::uint32_t fore = 77, back = 77;
+  EXPECT_EQ(Call(format, 7, &fore, &back), kOk);
+  EXPECT_EQ(fore * 100 + back, 304u) << "the category that was set last is the current one";
+  EXPECT_EQ(Call(format, 9, lower.get(), std::uint32_t{1}, std::uint32_t{2}), kOk);
+  fore = back = 77;
   EXPECT_EQ(Call(format, 7, &fore, &back), kOk);
   EXPECT_EQ(fore * 100 + back, 7777u) << "the current category is none of the two";
 

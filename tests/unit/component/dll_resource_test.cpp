@@ -61,35 +61,6 @@ TEST(ResourceModuleLoader, OtherModulesAreRefused) {
   }
 }
 
-TEST(ResourceModuleLoader, CopiesHoldTheLibraryThemselves) {
-  auto first = std::make_unique<CDllResource>(InBin("module_of_interface_1_1.dll"));
-  ASSERT_TRUE(first->Load());
-  const CDllResource copy(*first);
-  first.reset();
-  EXPECT_NE(platform::FindExport(copy.module(), "GetDLLType"), nullptr);
-  EXPECT_EQ(copy.interfaceMinor(), 1);
-  EXPECT_EQ(copy.fileName(), InBin("module_of_interface_1_1.dll"));
-  const CDllResource ofNothing{CDllResource("\\never\\loaded.dll")};
-  EXPECT_EQ(ofNothing.module(), 0u);
-}
-
-TEST(ResourceModuleLoader, VersionsCompareByMajorThenMinor) {
-  CDllResource resource(InBin("module_of_interface_1_1.dll"));
-  ASSERT_TRUE(resource.Load());
-  const struct {
-    std::int32_t major, minor;
-    bool atLeast, same;
-  } rows[] = {{0, 9, true, false},
-              {1, 0, true, false},
-              {1, 1, true, true},
-              {1, 2, false, false},
-              {2, 0, false, false}};
-  for (const auto& row : rows) {
-    EXPECT_EQ(resource.IsAtLeast(row.major, row.minor), row.atLeast) << row.major << "." << row.minor;
-    EXPECT_EQ(resource.IsVersion(row.major, row.minor), row.same) << row.major << "." << row.minor;
-  }
-}
-
 int calls;
 std::int32_t sizes[2];
 

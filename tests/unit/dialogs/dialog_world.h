@@ -1,15 +1,14 @@
 #pragma once
 
-#include <deque>
-#include <sstream>
+#include <functional>
 #include <string>
 
 #include "dialogs/range_input_dialog.h"
 #include "doubles/host.h"
 #include "doubles/project_services.h"
 #include "doubles/scratch_disk.h"
+#include "doubles/script.h"
 #include "doubles/target.h"
-#include "platform/script_presenter.h"
 
 namespace coverage {
 
@@ -20,27 +19,12 @@ class DialogWorld {
   DialogWorld() {
     target.Function("C:\\space\\demo\\main.c", "main", 0x1000, 0x10ff);
     target.OfferTo(host);
-    host.Offer(workspace);
-    host.Offer(placeholders);
+    host.OfferAll(workspace, placeholders);
   }
 
-  /// Runs `dialog` with the lines as the person, and gives what was shown besides dialogs: boxes and errors.
-  template <class Action>
-  std::string Act(const std::string& lines, Action dialog) {
-    std::istringstream input(lines);
-    std::string shown;
-    platform::ScriptPresenter person(
-        [&input]() -> std::optional<std::string> {
-          std::string line;
-          if (!std::getline(input, line, ';')) return std::nullopt;
-          return line;
-        },
-        [&shown](std::string_view line) {
-          if (line.starts_with("[") || line.starts_with("error")) shown.append(line).push_back('\n');
-        });
-    const platform::PresenterScope scope(person);
-    dialog();
-    return shown;
+  /// What was shown besides dialogs: boxes and errors.
+  std::string Act(const std::string& lines, const std::function<void()>& dialog) {
+    return doubles::Script(lines).Run(dialog).shown;
   }
 
   RecentRanges recent() { return {starts, ends}; }

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include "dialogs/coverage_range_dialog.h"
-#include "dialogs/coverage_setting_dialog.h"
 #include "dialogs/file_name_dialog.h"
 #include "dialogs/small_dialogs.h"
 #include "platform/files.h"
@@ -48,95 +47,15 @@ TEST(CoverageRange, ChecksARangeInItsOrderAndStaysOpen) {
   EXPECT_EQ(world.ends.texts(), (std::vector<std::string>{"1fff", "200fff"}));
 }
 
-TEST(CoverageRange, OffersTheFunctionsAroundAnAddress) {
+TEST(CoverageRange, OffersTheFunctionsWhereTheProgramStands) {
   DialogWorld world;
   world.target.Line(0x1000, "C:\\space\\demo\\main.c", 1, "");
   world.target.traceStart.address = 0x1004;
-  const auto pick = [&](const std::string& typed) {
-    return world.Act("type 204 " + typed + ";click 9049;menu main;click 9022", [&] {
-      CoverageRangeDialog(&world.host, world.recent()).AskRange(nullptr, {0, 1});
-    });
-  };
-  EXPECT_EQ(pick("1080"), "");
-  EXPECT_EQ(pick("nowhere"), "") << "then those around the place where the program stands";
-  world.target.source.symbols = nullptr;
-  EXPECT_EQ(pick("1080").substr(0, 42), "[information] Program is not downloaded! (");
-}
-
-TEST(CoverageRange, TakesSourceFilesOnly) {
-  DialogWorld world;
-  const struct {
-    const char *typed, *said, *result;
-  } rows[] = {
-      {"main", "", "main.c > main.c"},
-      {"MAIN.CPP", "", "MAIN.CPP > MAIN.CPP"},
-      {"$(PROJDIR)\\main", "", "$(PROJDIR)\\main.c > C:\\space\\demo\\main.c"},
-      {"main.h", "[information] Invalid file name, the file format should be .C or .CPP (ok)\n", "cancelled"},
-  };
-  for (const auto& row : rows) {
-    std::string result = "cancelled";
-    const std::string said =
-        world.Act(std::string("type 9046 ") + row.typed + ";click 9021;answer ok;click 9022", [&] {
-          CoverageRangeDialog dialog(&world.host, world.recent());
-          if (const auto choice = dialog.AskFile(nullptr, "old.c"))
-            result = choice->typed + " > " + choice->expanded;
-        });
-    EXPECT_EQ(said, row.said) << row.typed;
-    EXPECT_EQ(result, row.result) << row.typed;
-  }
-}
-
-class Hooks final : public CoverageSettingHooks {
- public:
-  void RecordRangeWindow(std::uint32_t start, std::uint32_t end) override {
-    log += platform::Format("range %x %x;", start, end);
-  }
-  void RecordFileWindow(const std::string& typed, const std::string& full) override {
-    log += "file " + typed + " " + full + ";";
-  }
-  void LoadRecentFile(const std::string& path) override { log += "load " + path + ";"; }
-  std::string log;
-};
-
-TEST(CoverageSetting, OpensWhatThePersonChose) {
-  DialogWorld world;
-  const struct {
-    const char *lines, *log;
-    int result;
-  } rows[] = {
-      {"type 9005 2000;type 9006 20ff;click 9029", "range 2000 20ff;", 0},
-      {"click 9040;type 9041 main;click 9029", "file main.c main.c;", 1},
-      {"click 9061;choose 9007 b.COV;click 9029", "load b.COV;", 2},
-      {"click 9004;click 9029", "", 3},
-      {"type 9005 2000;type 9006 2000;click 9029;answer ok;click 9030", "", -1},
-      {"click 9030", "", -1},
-  };
-  for (const auto& row : rows) {
-    Hooks hooks;
-    CoverageSettingDialog::LastTexts last;
-    int result = -1;
-    world.Act(row.lines, [&] {
-      CoverageSettingDialog dialog(
-          &world.host, {world.recent(), {"a.COV", "b.COV", "a.COV", "c.COV", "d.COV", "e.COV"}, {}}, last,
-          hooks);
-      if (const auto answer = dialog.Ask(nullptr)) result = static_cast<int>(answer->result);
-    });
-    EXPECT_EQ(hooks.log, row.log) << row.lines;
-    EXPECT_EQ(result, row.result) << row.lines;
-    EXPECT_EQ(last.start, row.result == 0 ? "2000" : "") << row.lines;
-  }
-}
-
-TEST(CoverageSetting, OffersFilesOnlyForADownloadedProgram) {
-  DialogWorld world;
-  world.target.modules.module.downloaded = false;
-  Hooks hooks;
-  CoverageSettingDialog::LastTexts last;
-  const std::string said = world.Act("click 9040;answer ok;click 9043;click 9030", [&] {
-    CoverageSettingDialog(&world.host, {world.recent(), {}, {}}, last, hooks).Ask(nullptr);
-  });
-  EXPECT_EQ(said.substr(0, said.find('\n')), "[information] Program is not downloaded! (ok)");
-  EXPECT_NE(said.find("error"), std::string::npos) << "browsing must stay disabled";
+  EXPECT_EQ(world.Act("type 204 nowhere;click 9049;menu main;click 9022",
+                      [&] {
+                        CoverageRangeDialog(&world.host, world.recent()).AskRange(nullptr, {0, 1});
+                      }),
+            "");
 }
 
 TEST(GoToAddress, StaysInsideThePane) {
@@ -161,30 +80,22 @@ TEST(GoToAddress, StaysInsideThePane) {
   EXPECT_EQ(history.texts(), (std::vector<std::string>{"1000", "1fff"}));
 }
 
-TEST(SmallDialogs, GiveTheAnswerThatWasClicked) {
+TEST(SavePrompt, OffersAllOnlyWhereThereAreMore) {
   DialogWorld world;
-  using Confirm = ConfirmationDialog::Choice;
-  const std::pair<const char*, Confirm> confirmations[] = {{"click 9017", Confirm::kSaveFirst},
-                                                           {"check 9059 off;click 9017", Confirm::kGoOn},
-                                                           {"check 9059 off;click 9018", Confirm::kCancel}};
-  for (const auto& [lines, wanted] : confirmations) {
-    world.Act(lines,
-              [&, choice = wanted] { EXPECT_EQ(ConfirmationDialog(&world.host).Ask(nullptr), choice); });
-  }
-  using Save = SavePromptDialog::Choice;
-  const std::pair<const char*, Save> prompts[] = {{"click 9031", Save::kYes},
-                                                  {"click 9032", Save::kNo},
-                                                  {"click 9013", Save::kYesToAll},
-                                                  {"click 9065", Save::kNoToAll},
-                                                  {"close", Save::kNoToAll}};
-  for (const auto& [lines, wanted] : prompts) {
-    world.Act(lines, [&, choice = wanted] {
-      EXPECT_EQ(SavePromptDialog(&world.host, "Address range: 0 - 1", true).Ask(nullptr), choice);
+  using Choice = SavePromptDialog::Choice;
+  const struct {
+    const char* lines;
+    bool more, refused;
+    Choice choice;
+  } rows[] = {{"click 9013", true, false, Choice::kYesToAll},
+              {"close", true, false, Choice::kNoToAll},
+              {"click 9013;click 9032", false, true, Choice::kNo}};
+  for (const auto& row : rows) {
+    const std::string shown = world.Act(row.lines, [&] {
+      EXPECT_EQ(SavePromptDialog(&world.host, "Address range: 0 - 1", row.more).Ask(nullptr), row.choice);
     });
+    EXPECT_EQ(!shown.empty(), row.refused) << row.lines;
   }
-  EXPECT_NE(world.Act("click 9013;click 9032",
-                      [&] { SavePromptDialog(&world.host, "Address range: 0 - 1", false).Ask(nullptr); }),
-            "");
 }
 
 TEST(FileNames, AreCheckedExpandedAndGivenADirectory) {

@@ -56,16 +56,5 @@ TEST(TestSelection, AsksBeforeABigRangeUntilToldNotTo) {
   }
 }
 
-TEST(TestSelection, EnablesAMoveOnlyForASelectedItem) {
-  DialogWorld world;
-  ImageSelection selection;
-  selection.tokens = {"rng-0x0 - 0xF"};
-  std::uint32_t answer = 0;
-  EXPECT_NE(
-      world.Act("click 2215;click 2235", [&] { TestSelectionEditor(&world.host).Edit(selection, answer); }),
-      "");
-  EXPECT_EQ(selection.tokens[0], "rng-0x0 - 0xF");
-}
-
 }  // namespace
 }  // namespace coverage

@@ -7,29 +7,6 @@
 namespace coverage {
 namespace {
 
-TEST(ColourTable, NamesAreExact) {
-  EXPECT_EQ(ColourIndexOf("WHITE"), 0);
-  EXPECT_EQ(ColourIndexOf("MEDGREY"), 19);
-  EXPECT_EQ(ColourIndexOf("SYSTEM"), 17);
-  EXPECT_EQ(ColourIndexOf("Grey"), -1);
-  EXPECT_EQ(ColourIndexOf(""), -1);
-}
-
-TEST(ColourTable, SystemPositionsHaveNoFixedColour) {
-  struct Row {
-    std::int32_t index;
-    std::int32_t status;
-    std::uint32_t colour;
-  };
-  for (const Row& row :
-       {Row{19, 0, 0xB3B3B3}, Row{16, 0, 0xDFE1E5}, Row{4, 0, 0x0000FF}, Row{17, 1, 0xFFFFFF},
-        Row{18, 1, 0xFFFFFF}, Row{20, 1, 0xFFFFFF}, Row{-1, 1, 0xFFFFFF}}) {
-    std::uint32_t colour = 0x123456;
-    EXPECT_EQ(ColourOf(row.index, &colour), row.status) << row.index;
-    EXPECT_EQ(colour, row.colour) << row.index;
-  }
-}
-
 TEST(ColourTable, ListsDrawSystemPositionsInTheSystemsPairs) {
   using platform::SystemColour;
   EXPECT_EQ(ForegroundOf(17), platform::ColourOf(SystemColour::kWindowText));

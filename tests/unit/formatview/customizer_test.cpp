@@ -58,15 +58,6 @@ TEST(CommandIds, AreReadInTheirOrder) {
   EXPECT_EQ(ReadToolbarCommands(kModule, 9, 0), std::nullopt);
 }
 
-TEST(CommandIds, TheComponentsMenusHoldTheirCommands) {
-  const platform::ResourceScope scope(Resources());
-  EXPECT_EQ(ReadMenuCommands(0, 201), CommandIds{32770});
-  EXPECT_EQ(ReadMenuCommands(0, 202), (CommandIds{32804, 32805, 32771, 32834, 32778, 32831, 32773, 32774,
-                                                  32780, 32781, 32775, 32825, 32826, 32768, 32769}));
-  EXPECT_EQ(ReadToolbarCommands(0, 203, 0), CommandIds{32770});
-  EXPECT_EQ(ReadAcceleratorCommands(0, 9000), CommandIds{32770});
-}
-
 class Customizer : public testing::Test {
  protected:
   void Offer(int versions = 4) {
@@ -147,48 +138,6 @@ TEST_F(Customizer, DoesNotCallTheIdeWithoutAResource) {
   EXPECT_EQ(customizer->RegisterAccelerators(kModule, 9, 7, qal::kClassId), 1);
   EXPECT_EQ(customizer->RegisterToolbar("id", "name", kModule, 9, 0, 7, qal::kClassId), qal::kFail);
   EXPECT_EQ(log.Take(), "");
-}
-
-TEST_F(Customizer, HandsListsOver) {
-  Offer();
-  const std::uint32_t ids[] = {4, 5};
-  customizer->RegisterToolbar("id", "name", kModule, 3, 0, 7, qal::kClassId);
-  customizer->RegisterToolbarButtons(11, kModule, 9073, 0, 7, qal::kClassId, {{{}, {}, {}, {}, ids}});
-  EXPECT_EQ(log.Take(),
-            "window.RegisterToolbar(\"id\", \"name\", 3, 0, 7, class, [], [], [], [], [], [], [])\n"
-            "window.RegisterToolbarButtons(9073, 0, 7, class, [], [], [], [], [4 5])\n");
-}
-
-TEST_F(Customizer, MissingVersionsAreNoError) {
-  Offer(1);
-  EXPECT_EQ(customizer->QueryFrameToolbar(1), qal::kFail);
-  EXPECT_EQ(customizer->ShowToolbar(1, true), qal::kFail);
-  EXPECT_EQ(customizer->IsToolbarShown(1), 0);
-  RegisterEverything(7);
-  log.Clear();
-  customizer->UnregisterAll(7);
-  EXPECT_EQ(log.Count("window.UnregisterContextParent"), 0);
-  EXPECT_EQ(log.Count("window.UnregisterWindow("), 1);
-
-  CUiCustomizer nothing(nullptr);
-  qal::WindowHandle frame = 5;
-  EXPECT_EQ(nothing.CreateFrame("k", "t", 0, 0, &frame, nullptr), qal::kFail);
-  EXPECT_EQ(frame, 0u);
-  EXPECT_EQ(nothing.RegisterWindow(7, qal::kClassId, 10), qal::kFail);
-  nothing.UnregisterAll(7);
-}
-
-TEST_F(Customizer, TheFrameKeyThatComesBackReplacesTheOneGiven) {
-  Offer();
-  qal::WindowHandle frame = 0;
-  std::string key;
-  EXPECT_EQ(customizer->CreateFrame("{K}", "Coverage", 0x1804, 0xE81E, &frame, &key), qal::kOk);
-  EXPECT_NE(frame, 0u);
-  EXPECT_EQ(key, "frame-1");
-  EXPECT_EQ(customizer->CreateFrame(key, "Coverage", 0x400, 0, &frame, nullptr), qal::kOk);
-  EXPECT_EQ(log.Take(),
-            "window.CreateFrame(\"{K}\", \"Coverage\", 0x1804, 0xe81e, \"\")\n"
-            "window.CreateFrame(\"frame-1\", \"Coverage\", 0x400, 0x0, null)\n");
 }
 
 }  // namespace

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/text.h"
-#include "unit/view/view_world.h"
+#include "unit/view/view_test.h"
 #include "util/recent_list.h"
 #include "view/active_session.h"
 #include "view/display_settings.h"
@@ -53,6 +53,19 @@ TEST(DisplaySettings, APairIsTakenOnlyWhole) {
                                font.size, fore, back),
               row.picture);
   }
+}
+
+TEST_F(ViewTest, FontAndColoursGoToTheStoreAndToEveryWindow) {
+  auto* window = Open().NewRangeWindow(0x2000, 0x20FF);
+  qal::IQFormatViewClient2& format = *view;
+  EXPECT_EQ(format.ChangeFont(platform::Wide("Terminus").get(), 12), qal::kOk);
+  EXPECT_EQ(format.SetTextColours(3, 4), qal::kOk);
+  EXPECT_EQ(format.SetSelectedTextColours(1, 2), qal::kOk);  // for this time only
+  EXPECT_EQ(window->List().CurrentFont().face, "Terminus");
+  EXPECT_EQ(world.settings.texts["JEP_COVERAGE_FONT_NAME"], "Terminus");
+  EXPECT_EQ(world.settings.numbers,
+            (std::map<std::string, std::uint32_t>{
+                {"JEP_COVERAGE_FONT_SIZE", 12}, {"JEP_COVERAGE_FGCOLOUR", 3}, {"JEP_COVERAGE_BKCOLOUR", 4}}));
 }
 
 TEST(ComponentActive, FollowsTheSessionState) {
