@@ -94,12 +94,12 @@ TEST_F(Clients, TheFormatViewGivesAndTakesFontAndColours) {
   EXPECT_EQ(colours("Text"), 1717u);
   EXPECT_EQ(colours("Selected Text"), 1818u);
   EXPECT_EQ(colours("text"), 7777u);
-  EXPECT_EQ(Call(format, 12, std::uint32_t{3}, std::uint32_t{4}), kOk);
+  EXPECT_EQ(Call(format, 12, 3u, 4u), kOk);
   EXPECT_EQ(colours("Text"), 304u);
   std::uint32_t fore = 77, back = 77;
   EXPECT_EQ(Call(format, 7, &fore, &back), kOk);
   EXPECT_EQ(fore * 100 + back, 304u) << "the category that was set last is the current one";
-  EXPECT_EQ(Call(format, 9, lower.get(), std::uint32_t{1}, std::uint32_t{2}), kOk);
+  EXPECT_EQ(Call(format, 9, lower.get(), 1u, 2u), kOk);
   fore = back = 77;
   EXPECT_EQ(Call(format, 7, &fore, &back), kOk);
   EXPECT_EQ(fore * 100 + back, 7777u) << "the current category is none of the two";
@@ -155,10 +155,10 @@ TEST_F(Clients, TheTestClientKeepsASelection) {
   EXPECT_EQ(flag, 9);
   EXPECT_EQ(Call(test, 5, open.get(), &flag), kOk);
   EXPECT_EQ(flag, 9) << "a bracket is open";
-  EXPECT_EQ(Call(test, 9, text.get(), std::uint32_t{1}, copy.put()), kOk);
+  EXPECT_EQ(Call(test, 9, text.get(), 1u, copy.put()), kOk);
   EXPECT_EQ(copy.str(), "any text");
-  EXPECT_EQ(Call(test, 9, text.get(), std::uint32_t{64}, unknown.put()), 1);
-  EXPECT_EQ(Call(test, 9, empty.get(), std::uint32_t{1}, unknown.put()), 1);
+  EXPECT_EQ(Call(test, 9, text.get(), 64u, unknown.put()), 1);
+  EXPECT_EQ(Call(test, 9, empty.get(), 1u, unknown.put()), 1);
   EXPECT_FALSE(unknown.given());
   const std::uintptr_t none = 0;
   EXPECT_EQ(Call(test, 13, none, none), 1);

@@ -57,9 +57,8 @@ TEST_F(Columns, FilesAreAnnouncedRefreshedAndForgotten) {
       {4, kSource, "RemoveFile \\src\\main.c 11\n"},
   };
   for (const auto& row : rows) {
-    const Result result =
-        row.slot < 5 ? Call(client, row.slot, file.get(), row.column)
-                     : Call(client, row.slot, file.get(), row.column, std::uint32_t{5}, std::uint32_t{2});
+    const Result result = row.slot < 5 ? Call(client, row.slot, file.get(), row.column)
+                                       : Call(client, row.slot, file.get(), row.column, 5u, 2u);
     EXPECT_EQ(result, kOk) << row.slot << ' ' << row.column;
     EXPECT_EQ(ide.TakeLog(), row.log) << row.slot << ' ' << row.column;
   }
@@ -70,14 +69,14 @@ TEST_F(Columns, AStateForEveryFileReachesTheOpenOnesAndTheFrame) {
   Call(client, 3, file.get(), kSource);
   Call(client, 3, file.get(), kSource);
   ide.TakeLog();
-  EXPECT_EQ(Call(client, 9, kSource, std::uint32_t{3}), kOk);
+  EXPECT_EQ(Call(client, 9, kSource, 3u), kOk);
   EXPECT_EQ(ide.TakeLog(), "SetState all 11 3\nRefreshFile \\src\\main.c 11 1 -1\n");
   EXPECT_EQ(ide.columnStates[11], 3u);
-  EXPECT_EQ(Call(client, 10, file.get(), kSource, std::uint32_t{2}), kOk);
-  EXPECT_EQ(Call(client, 11, kAsm, std::uint32_t{2}), kOk);
-  EXPECT_EQ(Call(client, 12, file.get(), kAsm, std::uint32_t{5}), kOk);
+  EXPECT_EQ(Call(client, 10, file.get(), kSource, 2u), kOk);
+  EXPECT_EQ(Call(client, 11, kAsm, 2u), kOk);
+  EXPECT_EQ(Call(client, 12, file.get(), kAsm, 5u), kOk);
   EXPECT_EQ(ide.TakeLog(), "SetState \\SRC\\Main.c 11 2\nSetMode all 12 2\nSetMode \\SRC\\Main.c 12 5\n");
-  EXPECT_EQ(Call(client, 9, std::uint32_t{7}, std::uint32_t{3}), kOk);
+  EXPECT_EQ(Call(client, 9, 7u, 3u), kOk);
   EXPECT_EQ(ide.TakeLog(), "") << "no column has the id 7";
 }
 
@@ -94,8 +93,7 @@ TEST_F(Columns, PicturesBelongToTheDisassembly) {
   for (const auto& row : rows) {
     Value image, mask;
     std::uint32_t size = 4711;
-    EXPECT_EQ(Call(client, 13, row.index, std::uint32_t{2}, row.column, &image, &mask, &size), row.result)
-        << row.index;
+    EXPECT_EQ(Call(client, 13, row.index, 2u, row.column, &image, &mask, &size), row.result) << row.index;
     if (row.column != kAsm) {
       EXPECT_EQ(size, 4711u) << "left as it was";
       continue;
@@ -118,7 +116,7 @@ TEST_F(Columns, LinesOfACommandRangeAreMarkedUntilTheyMove) {
   Call(ide.QueryInterface2(kKey, "{A8495747-DE13-11D3-8AF5-00AA0026624A}"), 3, &report);
   Value image, mask;
   std::uint32_t size = 0;
-  EXPECT_EQ(Call(client, 13, std::int32_t{1}, std::uint32_t{7}, kAsm, &image, &mask, &size), kOk);
+  EXPECT_EQ(Call(client, 13, 1, 7u, kAsm, &image, &mask, &size), kOk);
   for (Value* value : {&image, &mask}) FreeArray(static_cast<ValueArray*>(value->pointer));
   const auto shown = [&](std::uint32_t line) {
     ide.TakeLog();
@@ -134,9 +132,9 @@ TEST_F(Columns, LinesOfACommandRangeAreMarkedUntilTheyMove) {
   EXPECT_EQ(shown(0x1002), "'T' 6 0 128\nRefreshLines \\src\\main.c 12 4098 4098\n");
   EXPECT_EQ(shown(0x1004), "'-' 6 0 none\nRefreshLines \\src\\main.c 12 4100 4100\n");
   EXPECT_EQ(shown(0x1010), "'' -1 1 none\n");
-  EXPECT_EQ(Call(client, 6, file.get(), kAsm, std::uint32_t{0x1000}, std::uint32_t{0x100}), kOk);
+  EXPECT_EQ(Call(client, 6, file.get(), kAsm, 0x1000u, 0x100u), kOk);
   EXPECT_EQ(shown(0x1102), "'T' 6 0 128\n") << "kept, and moved with its line";
-  EXPECT_EQ(Call(client, 7, file.get(), kAsm, std::uint32_t{0x1000}, std::uint32_t{0x100}), kOk);
+  EXPECT_EQ(Call(client, 7, file.get(), kAsm, 0x1000u, 0x100u), kOk);
   EXPECT_EQ(shown(0x1002), "'T' 6 0 128\n");
 }
 
@@ -162,25 +160,20 @@ TEST_F(Columns, TitlesGoByHandle) {
 TEST_F(Columns, NothingHappensWhileAnotherSessionIsCurrent) {
   Start();
   ide.active = false;
-  Call(client, 3, file.get(), kSource);
-  const std::uint32_t one = 1;
-  for (const int slot : {3, 4}) EXPECT_EQ(Call(client, slot, file.get(), kSource), kFailure) << slot;
-  for (const int slot : {5, 6, 7})
-    EXPECT_EQ(Call(client, slot, file.get(), kAsm, one, one), kFailure) << slot;
-  for (const int slot : {9, 11}) EXPECT_EQ(Call(client, slot, kSource, one), kFailure) << slot;
-  for (const int slot : {10, 12}) EXPECT_EQ(Call(client, slot, file.get(), kSource, one), kFailure) << slot;
-  EXPECT_EQ(Call(client, 4, file.get(), std::uint32_t{2}), kFailure) << "whatever the column";
+  for (const int slot : {3, 4, 5, 6, 7, 9, 10, 11, 12}) {
+    EXPECT_EQ(Call(client, slot, file.get(), kSource, 1u, 1u), kFailure) << slot;
+  }
   Value image, mask;
   std::uint32_t a = 5, b = 5;
   const std::uintptr_t none = 0;
-  EXPECT_EQ(Call(client, 13, std::int32_t{1}, one, kAsm, &image, &mask, &a), kFailure);
-  EXPECT_EQ(Call(client, 14, one, file.get(), kAsm, &a), kFailure);
+  EXPECT_EQ(Call(client, 13, 1, 1u, kAsm, &image, &mask, &a), kFailure);
+  EXPECT_EQ(Call(client, 14, 1u, file.get(), kAsm, &a), kFailure);
   EXPECT_EQ(Call(client, 15, &a, &b, none, none, none), kFailure);
   EXPECT_EQ(a + b, 10u) << "nothing is written";
   const std::uint32_t handle = 11;
   Out title, text;
   std::int32_t width = 5;
-  EXPECT_EQ(Call(client, 16, text.put(), &width, file.get(), kSource, std::uint32_t{1}), kFailure);
+  EXPECT_EQ(Call(client, 16, text.put(), &width, file.get(), kSource, 1u), kFailure);
   EXPECT_EQ(Call(client, 17, &handle, title.put(), std::uintptr_t{0}), kOk);
   EXPECT_FALSE(title.given());
   ide.TakeAway("session");

@@ -123,18 +123,8 @@ TEST_F(CommandLine, AnswersAsAPersonExpects) {
       {"cvd now", "failed: Invalid parameter\n"},
       {"cvd", "ok: \nCan not display the coverage information."},
       {"cvs \\tmp\\x.cov", "failed: Cannot save the coverage information\n"},
-      {"cvr 0x2000 0x1000", "failed: The start address is exceeded than the end address.\n"},
-      {"cvr 0x1000 0x1000", "failed: There is no range.\n"},
       {"cvr 0x1000", "failed: Invalid parameter\n"},
-      {"cvr 0x1001 0x2000", "failed: \n"},
-      {"cvr 0x1000 0x201000", "failed: \n"},
-      {"cvr 0x1000 0x1020 more", "failed: Invalid parameter\n"},
-      {"cvr test.h", "failed: Invalid file name, the file format should be .C or .CPP\n"},
-      {"cvl data.txt", "failed: Invalid file name, the file format should be .COV\n"},
-      {"cvl \\nowhere\\data", "failed: Invalid coverage file\n"},
       {"cvl", "failed: Invalid parameter\n"},
-      {"cvs one two", "failed: Too many parameters\n"},
-      {"cvs \\tmp\\out.doc", "failed: Invalid file name, the file format must be .COV or .TXT\n"},
       {"cvr 0x1000 0x1010", "ok: \n"},
       {"cvr", "ok: Coverage Range :first - 0x100f\n"},
   };
@@ -160,10 +150,6 @@ TEST_F(CommandLine, FunctionsOfAFileBecomeWindows) {
   EXPECT_EQ(ide.Run("cv"), "ok: \n\tfirst : Enabled\n\tsecond : Enabled\n");
   EXPECT_EQ(ide.Run("cv 2 disable"), "ok: \n");
   EXPECT_EQ(ide.Run("cv 2"), "ok: \n\tsecond : Disabled\n");
-  EXPECT_EQ(ide.Run("cv 0"), "failed: Invalid parameter\n");
-  EXPECT_EQ(ide.Run("cv 3"), "failed: Invalid parameter\n");
-  EXPECT_EQ(ide.Run("cv reset 2"), "failed: Invalid parameter\n");
-  EXPECT_EQ(ide.Run("cvr"), "ok: \n\t1\tfirst : first - 0x101f\n\t2\tsecond : 0x1020 - 0x103f\n");
   Report();
   const std::string shown = ide.Run("cvd");
   EXPECT_TRUE(shown.starts_with("ok: \n\tfunction 1: first\n       2   -\tfirst\tshort\t\n")) << shown;

@@ -164,7 +164,7 @@ TEST_F(Component, TheEndOfAnActivityRefreshesTheColumnsOnce) {
   ide.TakeLog();
   EXPECT_EQ(Call(sink, 5), kOk);
   EXPECT_EQ(ide.TakeLog(), "") << "no activity had begun";
-  EXPECT_EQ(Call(sink, 3, std::uint32_t{1}, std::uint32_t{2}), kOk);
+  EXPECT_EQ(Call(sink, 3, 1u, 2u), kOk);
   const Id redraw = MakeId("{2289D0FB-1242-11D5-9690-00B0D0167C2F}");
   Call(Get(), 3, &redraw);
   EXPECT_EQ(Call(sink, 4), kOk);

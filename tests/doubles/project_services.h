@@ -19,36 +19,39 @@ struct StubSessionState : Service<qal::IQSessionState, qal::iid::kSessionState, 
   Status GetName(char16_t** out) override { return Give(Log("GetName"), out, name); }
 };
 
-struct StubProject : Service<qal::IQProject, qal::iid::kProject, "project"> {
-  using Service::Service;
+/// What a project and a workspace both tell.
+template <class Interface, const Guid& kId, Name kName>
+struct ProjectNames : Service<Interface, kId, kName> {
+  using Service<Interface, kId, kName>::Service;
   std::string configuration = "Debug";
   std::string project = "demo";
-  std::string context = "context";
 
   Status GetConfigurationKey(char16_t** key) override {
-    return Give(Log("GetConfigurationKey"), key, "conf");
+    return Give(this->Log("GetConfigurationKey"), key, "conf");
   }
-  Status GetProjectKey(char16_t** key) override { return Give(Log("GetProjectKey"), key, "proj"); }
-  Status GetWorkspaceKey(char16_t** key) override { return Give(Log("GetWorkspaceKey"), key, "ws"); }
-  Status GetConfigurationName(WideText workspace, WideText projectKey, WideText configurationKey,
-                              char16_t** name) override {
-    return Give(Log("GetConfigurationName", workspace, projectKey, configurationKey), name, configuration);
+  Status GetProjectKey(char16_t** key) override { return Give(this->Log("GetProjectKey"), key, "proj"); }
+  Status GetWorkspaceKey(char16_t** key) override { return Give(this->Log("GetWorkspaceKey"), key, "ws"); }
+  Status GetConfigurationName(WideText ws, WideText proj, WideText conf, char16_t** name) override {
+    return Give(this->Log("GetConfigurationName", ws, proj, conf), name, configuration);
   }
-  Status GetProjectName(WideText workspace, WideText projectKey, char16_t** name) override {
-    return Give(Log("GetProjectName", workspace, projectKey), name, project);
+  Status GetProjectName(WideText ws, WideText proj, char16_t** name) override {
+    return Give(this->Log("GetProjectName", ws, proj), name, project);
   }
+};
+
+struct StubProject : ProjectNames<qal::IQProject, qal::iid::kProject, "project"> {
+  using ProjectNames::ProjectNames;
+  std::string context = "context";
   Status GetContextText(char16_t** text) override { return Give(Log("GetContextText"), text, context); }
   Status GetSessionText(WideText first, WideText second, WideText third, char16_t** text) override {
     return Give(Log("GetSessionText", first, second, third), text, "[session]");
   }
 };
 
-struct StubWorkspace : Service<qal::IQWorkspace, qal::iid::kWorkspace, "workspace"> {
-  using Service::Service;
+struct StubWorkspace : ProjectNames<qal::IQWorkspace, qal::iid::kWorkspace, "workspace"> {
+  using ProjectNames::ProjectNames;
   std::string installation = "C:\\qal";
   std::string temporary = "C:\\temp";
-  std::string configuration = "Debug";
-  std::string project = "demo";
   std::string workspace = "space";
   std::string configurationDirectory = "C:\\space\\demo\\Debug";
   std::string projectDirectory = "C:\\space\\demo";
@@ -61,31 +64,17 @@ struct StubWorkspace : Service<qal::IQWorkspace, qal::iid::kWorkspace, "workspac
   Status GetTemporaryDirectory(char16_t** out) override {
     return Give(Log("GetTemporaryDirectory"), out, temporary);
   }
-  Status GetConfigurationKey(char16_t** key) override {
-    return Give(Log("GetConfigurationKey"), key, "conf");
+  Status GetWorkspaceName(WideText ws, char16_t** name) override {
+    return Give(Log("GetWorkspaceName", ws), name, workspace);
   }
-  Status GetProjectKey(char16_t** key) override { return Give(Log("GetProjectKey"), key, "proj"); }
-  Status GetWorkspaceKey(char16_t** key) override { return Give(Log("GetWorkspaceKey"), key, "ws"); }
-  Status GetConfigurationName(WideText workspaceKey, WideText projectKey, WideText configurationKey,
-                              char16_t** name) override {
-    return Give(Log("GetConfigurationName", workspaceKey, projectKey, configurationKey), name, configuration);
+  Status GetConfigurationDirectory(WideText ws, WideText proj, WideText conf, char16_t** out) override {
+    return Give(Log("GetConfigurationDirectory", ws, proj, conf), out, configurationDirectory);
   }
-  Status GetProjectName(WideText workspaceKey, WideText projectKey, char16_t** name) override {
-    return Give(Log("GetProjectName", workspaceKey, projectKey), name, project);
+  Status GetProjectDirectory(WideText ws, WideText proj, char16_t** out) override {
+    return Give(Log("GetProjectDirectory", ws, proj), out, projectDirectory);
   }
-  Status GetWorkspaceName(WideText workspaceKey, char16_t** name) override {
-    return Give(Log("GetWorkspaceName", workspaceKey), name, workspace);
-  }
-  Status GetConfigurationDirectory(WideText workspaceKey, WideText projectKey, WideText configurationKey,
-                                   char16_t** out) override {
-    return Give(Log("GetConfigurationDirectory", workspaceKey, projectKey, configurationKey), out,
-                configurationDirectory);
-  }
-  Status GetProjectDirectory(WideText workspaceKey, WideText projectKey, char16_t** out) override {
-    return Give(Log("GetProjectDirectory", workspaceKey, projectKey), out, projectDirectory);
-  }
-  Status GetWorkspaceDirectory(WideText workspaceKey, char16_t** out) override {
-    return Give(Log("GetWorkspaceDirectory", workspaceKey), out, workspaceDirectory);
+  Status GetWorkspaceDirectory(WideText ws, char16_t** out) override {
+    return Give(Log("GetWorkspaceDirectory", ws), out, workspaceDirectory);
   }
   Status IsProjectOpen(Number* open) override {
     return Give(Log("IsProjectOpen"), open, projectOpen ? 1u : 0u);

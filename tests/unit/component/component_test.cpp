@@ -52,20 +52,12 @@ TEST_F(Component, RefusesToBeginWithoutItsResources) {
   EXPECT_EQ(component.ViewControl(), nullptr);
 }
 
-TEST_F(Component, MarksOfSourceLinesReachTheEditors) {
+TEST_F(Component, EachMarkHasItsImage) {
   Begin();
   auto* window = component.ViewControl()->Windows().NewRangeWindow(0x1000, 0x10FF);
   window->Record().instances[1]->counts->AddOne(0x1000, 1, 3);
   window->Record().instances[1]->counts->AddOne(0x1002, 1, 1);
   const platform::Wide main(ViewWorld::kSource);
-  const std::pair<std::uint32_t, const char*> lines[] = {
-      {3, "0 6 T/F"}, {4, "0 6 T"}, {9, "0 6 -"}, {20, "1 -1 "}};
-  for (const auto& [line, expected] : lines) {
-    platform::WideOut shown;
-    std::int32_t width = 99;
-    const qal::Status status = Client().GetLineText(shown.put(), &width, main.get(), 0, line);
-    EXPECT_EQ(platform::Format("%d %d %s", status, width, shown.str().c_str()), expected);
-  }
   const auto masks = [&] {
     std::string text;
     for (const std::uint32_t address : {0x1000u, 0x1002u, 0x1004u, 0x5000u}) {

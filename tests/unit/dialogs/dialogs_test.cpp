@@ -1,9 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "dialogs/coverage_range_dialog.h"
-#include "dialogs/file_name_dialog.h"
 #include "dialogs/small_dialogs.h"
-#include "platform/files.h"
 #include "unit/dialogs/dialog_world.h"
 
 namespace coverage {
@@ -23,8 +21,6 @@ TEST(CoverageRange, ChecksARangeInItsOrderAndStaysOpen) {
       {"1000", "1fff", "", "1000-1fff"},
       {"2000", "1000", "[information] The start address is exceeded than the end address. (ok)\n",
        "cancelled"},
-      {"1000", "1000", "[information] There is no range. (ok)\n", "cancelled"},
-      {"1000", "201000", "[information] The range is too large. (ok)\n", "cancelled"},
       {"1000", "200fff", "", "1000-200fff"},
       {"1001", "1fff", "[information] Please enter a start address of even value (ok)\n", "cancelled"},
       {"10", "1fff", "[information] The address is out of range.  (ok)\n", "cancelled"},
@@ -95,48 +91,6 @@ TEST(SavePrompt, OffersAllOnlyWhereThereAreMore) {
       EXPECT_EQ(SavePromptDialog(&world.host, "Address range: 0 - 1", row.more).Ask(nullptr), row.choice);
     });
     EXPECT_EQ(!shown.empty(), row.refused) << row.lines;
-  }
-}
-
-TEST(FileNames, AreCheckedExpandedAndGivenADirectory) {
-  doubles::ScratchDisk disk;
-  DialogWorld world;
-  world.workspace.projectDirectory = platform::CurrentDirectory();
-  const auto in = [](std::string_view name) {
-    return platform::JoinPath(platform::CurrentDirectory(), name);
-  };
-  const struct {
-    std::string lines, said, result;
-  } rows[] = {
-      {"type 9035 result;click 9037", "", in("result.cov")},
-      {"type 9035 result.txt;click 9037", "", in("result.txt")},
-      {"type 9035 $(PROJDIR)\\a.COV;click 9037", "", in("a.COV")},
-      {"type 9035 result.doc;click 9037;answer ok;click 9038",
-       "[information] Invalid file name, the file format must be .COV or .TXT (ok)\n", "cancelled"},
-      {"type 9035 no\\a.cov;click 9037;answer cancel;click 9038",
-       "[exclamation] Directory does not exist. Create new directory? (ok, cancel)\n", "cancelled"},
-      {"type 9035 new\\a.cov;click 9037;answer ok",
-       "[exclamation] Directory does not exist. Create new directory? (ok, cancel)\n", in("new\\a.cov")},
-      {"type 9035 ;click 9037;click 9037", "", in("old.COV")},
-  };
-  for (const auto& row : rows) {
-    std::string result = "cancelled";
-    const std::string said = world.Act(row.lines, [&] {
-      if (const auto answer = SaveDataDialog(&world.host, "old.COV").Ask(nullptr)) result = answer->path;
-    });
-    EXPECT_EQ(said, row.said) << row.lines;
-    EXPECT_EQ(result, row.result) << row.lines;
-  }
-  EXPECT_TRUE(platform::IsDirectory(in("new")));
-
-  const std::pair<const char*, const char*> loads[] = {
-      {"type 9014 data;click 9027", "data"},
-      {"type 9014 data.cov;click 9027", "data.cov"},
-      {"type 9014 data.txt;click 9027;answer ok;click 9028", "cancelled"}};
-  for (const auto& [lines, wanted] : loads) {
-    world.Act(lines, [&, name = std::string(wanted)] {
-      EXPECT_EQ(LoadDataDialog(&world.host, "").Ask(nullptr).value_or("cancelled"), name);
-    });
   }
 }
 

@@ -21,21 +21,6 @@ std::string Edited(const std::string& lines, std::uint32_t& bigRangeAnswer) {
   return text + std::to_string(bigRangeAnswer);
 }
 
-TEST(TestSelection, MovesItemsAndTakesOptionsOnOkOnly) {
-  const struct {
-    const char *lines, *result;
-  } rows[] = {
-      {"list 2214 row 0;click 2215;click 2234", "3+--+-0"},
-      {"list 2214 row 2;click 2215;check 2220 on;check 2219 off;click 2234", "5--++-0"},
-      {"list 2213 row 0;click 2216;check 2221 on;click 2235", "3-----0"},
-      {"list 2214 row 2;click 2215;list 2213 row 1;click 2216;click 2234", "3--+--0"},
-  };
-  for (const auto& row : rows) {
-    std::uint32_t answer = 0;
-    EXPECT_EQ(Edited(row.lines, answer), row.result) << row.lines;
-  }
-}
-
 TEST(TestSelection, AsksBeforeABigRangeUntilToldNotTo) {
   const struct {
     const char* lines;

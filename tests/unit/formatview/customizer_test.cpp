@@ -60,18 +60,9 @@ TEST(CommandIds, AreReadInTheirOrder) {
 
 class Customizer : public testing::Test {
  protected:
-  void Offer(int versions = 4) {
-    window.OfferTo(host, versions);
+  Customizer() {
+    window.OfferTo(host);
     customizer = std::make_unique<CUiCustomizer>(&host);
-  }
-  void RegisterEverything(std::uint32_t key) {
-    customizer->RegisterWindow(key, qal::kClassId, 10);
-    customizer->RegisterResourceModule(kModule, key, qal::kClassId);
-    customizer->RegisterToolbar("id", "name", kModule, 2, 0, key, qal::kClassId);
-    customizer->RegisterAccelerators(kModule, 5, key, qal::kClassId);
-    customizer->RegisterMenu(kModule, 1, key, qal::kClassId);
-    customizer->RegisterWindowMenu(10, kModule, 1, key, qal::kClassId);
-    customizer->RegisterContextMenu(11, 10, 0xFFFFFFFF, "", 0, 3, key, qal::kClassId);
   }
 
   const TestResources resources;
@@ -80,25 +71,6 @@ class Customizer : public testing::Test {
   doubles::StubWindowService window{log};
   std::unique_ptr<CUiCustomizer> customizer;
 };
-
-TEST_F(Customizer, WithdrawsOneKindAfterTheOther) {
-  Offer();
-  RegisterEverything(7);
-  customizer->RegisterWindow(8, qal::kClassId, 12);
-  customizer->RegisterWindow(7, qal::kClassId, 10);  // the same window again
-  log.Clear();
-  customizer->UnregisterAll(9);
-  EXPECT_EQ(log.Take(), "");
-  customizer->UnregisterAll(7);
-  EXPECT_EQ(log.Take(),
-            "window.UnregisterContextMenu(3, 7)\nwindow.GetContextMenuCount()\n"
-            "window.UnregisterContextParent()\n"
-            "window.UnregisterWindowMenu(1, 7)\nwindow.UnregisterMenu(1, 7)\n"
-            "window.UnregisterAccelerators(5, 7)\nwindow.UnregisterToolbar(2, 0, 7)\n"
-            "window.UnregisterResourceModule(7)\nwindow.UnregisterWindow(7)\n");
-  customizer->UnregisterAll(7);
-  EXPECT_EQ(log.Take(), "");
-}
 
 TEST_F(Customizer, LeavesAContextMenusParentThatIsStillUsed) {
   struct Row {
@@ -111,7 +83,7 @@ TEST_F(Customizer, LeavesAContextMenusParentThatIsStillUsed) {
                              "window.UnregisterContextMenu(0, 7)\nwindow.GetContextMenuCount()\n"
                              "window.UnregisterContextParent()\n"},
                          Row{0, 0, "window.UnregisterContextMenu(0, 7)\n"}}) {
-    Offer();
+    customizer = std::make_unique<CUiCustomizer>(&host);
     customizer->RegisterContextMenu(row.parent, 10, 0, "", 0, 0, 7, qal::kClassId);
     window.contextMenusLeft = row.left;
     log.Clear();
@@ -121,7 +93,6 @@ TEST_F(Customizer, LeavesAContextMenusParentThatIsStillUsed) {
 }
 
 TEST_F(Customizer, NeverWithdrawsWhatTheIdeRefused) {
-  Offer();
   log.FailCall(1, "window.RegisterMenu");
   EXPECT_EQ(customizer->RegisterMenu(kModule, 1, 7, qal::kClassId), qal::kFail);
   log.FailCall(1, "window.RegisterToolbar");
@@ -132,7 +103,6 @@ TEST_F(Customizer, NeverWithdrawsWhatTheIdeRefused) {
 }
 
 TEST_F(Customizer, DoesNotCallTheIdeWithoutAResource) {
-  Offer();
   EXPECT_EQ(customizer->RegisterMenu(kModule, 9, 7, qal::kClassId), 1);
   EXPECT_EQ(customizer->RegisterWindowMenu(10, kModule, 9, 7, qal::kClassId), 1);
   EXPECT_EQ(customizer->RegisterAccelerators(kModule, 9, 7, qal::kClassId), 1);
