@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <string>
 #include <type_traits>
 
@@ -53,17 +54,12 @@ inline void FreeText(char16_t* text) {
   if (text) std::free(reinterpret_cast<char*>(text) - 4);
 }
 
+struct TextFree {
+  void operator()(char16_t* text) const { FreeText(text); }
+};
 /// A text given in: lives as long as the object.
-class In {
- public:
-  explicit In(const std::string& text) : text_(NewText(text)) {}
-  ~In() { FreeText(text_); }
-  In(const In&) = delete;
-  In& operator=(const In&) = delete;
-  const char16_t* get() const { return text_; }
-
- private:
-  char16_t* text_;
+struct In : std::unique_ptr<char16_t, TextFree> {
+  explicit In(const std::string& text) : unique_ptr(NewText(text)) {}
 };
 
 /// A text given out: read it, it is freed.

@@ -34,6 +34,12 @@ class HostDouble : public Double<qal::IQHost> {
     (Offer(services), ...);
   }
   void Withdraw(const Guid& id) { table_.erase(id); }
+  /// What it offers now.
+  std::vector<Guid> Services() const {
+    std::vector<Guid> ids;
+    for (const auto& [id, service] : table_) ids.push_back(id);
+    return ids;
+  }
 
   /// Whoever is registered under the identifier now, in order.
   template <class Interface = qal::IQUnknown>

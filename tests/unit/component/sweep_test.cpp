@@ -252,35 +252,6 @@ Tale Tell(const std::string& faulty, const std::function<void(Person&, std::size
   return tale;
 }
 
-const std::pair<const char*, std::vector<qal::Guid>> kServices[] = {
-    {"path", {qal::iid::kPathCoverage}},
-    {"trace", {qal::iid::kTraceStart}},
-    {"execution", {qal::iid::kExecutionState}},
-    {"limits", {qal::iid::kAddressLimits}},
-    {"editor", {qal::iid::kEditor, qal::iid::kDataPaneEditor}},
-    {"source", {qal::iid::kSource}},
-    {"address", {qal::iid::kAddressText}},
-    {"target", {qal::iid::kTargetInformation}},
-    {"memory", {qal::iid::kMemory}},
-    {"expression", {qal::iid::kExpression}},
-    {"modules", {qal::iid::kModules}},
-    {"settings", {qal::iid::kSettings}},
-    {"options", {qal::iid::kMessageOptions}},
-    {"macro", {qal::iid::kMacroRecorder}},
-    {"error", {qal::iid::kErrorText}},
-    {"frame", {qal::iid::kFrame}},
-    {"session", {qal::iid::kSessionState}},
-    {"project", {qal::iid::kProject}},
-    {"workspace", {qal::iid::kWorkspace}},
-    {"placeholders", {qal::iid::kCustomPlaceholders}},
-    {"registry", {qal::iid::kCommandRegistry}},
-    {"columns", {qal::iid::kColumnService}},
-    {"data", {qal::iid::kSessionData}},
-    {"window 1", {qal::iid::kWindowService1}},
-    {"window 2", {qal::iid::kWindowService2}},
-    {"window 3", {qal::iid::kWindowService3}},
-    {"window 4", {qal::iid::kWindowService4}}};
-
 TEST(Sweep, ThePlainStoryTellsNothing) {
   const Tale tale = Tell("", nullptr);
   EXPECT_EQ(tale.told, std::vector<std::string>{});
@@ -291,30 +262,31 @@ TEST(Sweep, ThePlainStoryTellsNothing) {
 TEST(Sweep, AServiceThatIsMissingIsToldOrPassedOver) {
   std::string table;
   for (const std::size_t from : {std::size_t{0}, Steps().size() / 2}) {
-    for (const auto& [name, service] : kServices) {
-      const Tale tale = Tell(name, [&, &ids = service](Person& person, std::size_t step) {
-        if (step != from) return;
-        for (const qal::Guid& id : ids) person.world.host.Withdraw(id);
+    for (const qal::Guid& id : Person().world.host.Services()) {
+      const std::string name = doubles::Describe(id);
+      const Tale tale = Tell(name, [&](Person& person, std::size_t step) {
+        if (step == from) person.world.host.Withdraw(id);
       });
       EXPECT_EQ(tale.leftovers, "") << name << " from " << Steps()[from].name;
       std::string row;
       for (const std::string& line : tale.told) row += "  " + line + '\n';
-      if (!row.empty()) table += std::string(name) + " missing from " + Steps()[from].name + '\n' + row;
+      if (!row.empty()) table += name + " missing from " + Steps()[from].name + '\n' + row;
     }
   }
   EXPECT_EQ(table,
-            "path missing from begin\n  cvr: Coverage range cannot be set.\nsource missing from begin\n"
-            "  open file: Program is not downloaded!\n  cvr file: Program is not downloaded!\n"
-            "  cvr file: Invalid coverage file\n  cv: Invalid parameter\n"
-            "  recorded open: Program is not downloaded!\nexpression missing from begin\n"
-            "  open range: error 0x80004005\n  cvr: Too many parameters\n  cv: Invalid parameter\n"
             "modules missing from begin\n  open file: Program is not downloaded!\n"
-            "  recorded open: Program is not downloaded!\npath missing from other source\n"
-            "  cvr: Coverage range cannot be set.\nsource missing from other source\n"
-            "  other source: Program is not downloaded!\n  cvr file: Program is not downloaded!\n"
-            "  cvr file: Invalid coverage file\n  cv: Invalid parameter\n"
-            "  recorded open: Program is not downloaded!\n  session: Program is not downloaded!\n"
-            "modules missing from other source\n  recorded open: Program is not downloaded!\n");
+            "  recorded open: Program is not downloaded!\npath missing from begin\n"
+            "  cvr: Coverage range cannot be set.\nexpression missing from begin\n"
+            "  open range: error 0x80004005\n  cvr: Too many parameters\n  cv: Invalid parameter\n"
+            "source missing from begin\n  open file: Program is not downloaded!\n"
+            "  cvr file: Program is not downloaded!\n  cvr file: Invalid coverage file\n"
+            "  cv: Invalid parameter\n  recorded open: Program is not downloaded!\n"
+            "modules missing from other source\n  recorded open: Program is not downloaded!\n"
+            "path missing from other source\n  cvr: Coverage range cannot be set.\n"
+            "source missing from other source\n  other source: Program is not downloaded!\n"
+            "  cvr file: Program is not downloaded!\n  cvr file: Invalid coverage file\n"
+            "  cv: Invalid parameter\n  recorded open: Program is not downloaded!\n"
+            "  session: Program is not downloaded!\n");
 }
 
 TEST(Sweep, ACallThatFailsLeavesNothingBehind) {
