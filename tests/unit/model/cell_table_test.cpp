@@ -224,19 +224,5 @@ TEST(PathGrid, MarksOfTablesFarApartTakeLittleRoom) {
   EXPECT_FALSE(grid.pending());
 }
 
-TEST(CellTable, KeepsItsPromiseOfMemory) {
-  CoverageCellTable table;
-  table.Layout(0x08000000, 0x081FFFFF);
-  const double cells = static_cast<double>(table.cellCount());
-  EXPECT_LE(static_cast<double>(table.bytes()) / cells, 8.75);
-  const qal::PathPair pair{0x08000100, 0};
-  table.AddPath(0x08000000, {&pair, 1});
-  EXPECT_LE(static_cast<double>(table.bytes()) / cells, 13.0);
-  EXPECT_TRUE(table.pending());
-  EXPECT_EQ(table.CellAt(0x08000100)->pass, 1u);
-  EXPECT_FALSE(table.pending());
-  EXPECT_LE(static_cast<double>(table.bytes()) / cells, 8.75);
-}
-
 }  // namespace
 }  // namespace coverage

@@ -48,37 +48,6 @@ TEST(Modules, AHandleLivesAsLongAsItsLastHolder) {
   EXPECT_EQ(FindExport(handle, "GetDLLType"), nullptr);
 }
 
-TEST_F(ResourceModule, MenusListTheirCommands) {
-  const auto commands = [](std::uint32_t id) {
-    const MenuTemplate* menu = LoadMenu(id);
-    std::vector<std::uint32_t> ids;
-    for (std::uint32_t i = 0; menu && i < menu->itemCount; ++i) {
-      if (menu->items[i].kind == MenuItemKind::kCommand) ids.push_back(menu->items[i].id);
-    }
-    return ids;
-  };
-  using coverage::resource::kMenuControl;
-  using coverage::resource::kMenuPane;
-  EXPECT_EQ(commands(kMenuControl), std::vector<std::uint32_t>{32770});
-  EXPECT_EQ(commands(kMenuPane),
-            (std::vector<std::uint32_t>{32804, 32805, 32771, 32834, 32778, 32831, 32773, 32774, 32780, 32781,
-                                        32775, 32825, 32826, 32768, 32769}));
-  EXPECT_EQ(LoadMenu(9), nullptr);
-}
-
-TEST_F(ResourceModule, ImagesThatCrossInterfacesHave256Pixels) {
-  for (const std::uint32_t id : {9077u, 9079u, 9080u, 9081u, 9086u, 9089u}) {
-    const BitmapResource* bitmap = LoadBitmap(id);
-    ASSERT_NE(bitmap, nullptr) << id;
-    EXPECT_EQ(BitmapBytes(*bitmap, 4096).size(), 1024u) << id;
-    EXPECT_EQ(BitmapBytes(*bitmap, 100).size(), 100u) << id;
-  }
-  const BitmapResource* items = LoadBitmap(coverage::resource::kBitmapTestItems);
-  ASSERT_TRUE(items);
-  EXPECT_EQ(items->width, 32);
-  EXPECT_EQ(items->height, 16);
-}
-
 TEST_F(ResourceModule, DialogsFitTheirFrames) {
   for (const std::uint32_t id : {207u, 9001u, 9002u, 9003u, 9062u, 9063u, 9064u, 2210u, 2222u}) {
     const DialogTemplate* dialog = LoadDialog(id);

@@ -200,19 +200,6 @@ TEST(Dialogs, NestAndEndEachOther) {
   EXPECT_EQ(script.LinesLeft(), 1u);
 }
 
-TEST(Dialogs, AreCancelledWithoutAPerson) {
-  Presenter* before = InstallPresenter(nullptr);
-  SettingsDialog dialog;
-  EXPECT_EQ(dialog.DoModal(), static_cast<int>(kIdCancel));
-  LogWindow owner;
-  ASSERT_TRUE(owner.Open());
-  Menu menu;
-  menu.Append(0, "Times");
-  EXPECT_EQ(TrackPopupMenu(menu, {}, owner), std::nullopt);
-  EXPECT_EQ(AskForFile({}), std::nullopt);
-  InstallPresenter(before);
-}
-
 TEST(FileDialogs, CompleteWhatThePersonGives) {
   const doubles::ScratchDisk disk;
   struct Row {

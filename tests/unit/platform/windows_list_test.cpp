@@ -118,29 +118,6 @@ TEST_F(Lists, TellTheParentWhatAPersonDid) {
   }
 }
 
-TEST_F(Lists, ScrollWithinTheirRows) {
-  Fill(100, 10);
-  struct Row {
-    const char* action;
-    int top;
-  };
-  for (const Row& row :
-       {Row{"scroll 1", 1}, Row{"scroll 10", 11}, Row{"scroll -10", 1}, Row{"scroll -5", 0},
-        Row{"scroll 37", 37}, Row{"wheel -2", 43}, Row{"wheel 1", 40}, Row{"scroll 1000", 90},
-        Row{"size 95", 5}, Row{"size 200", 0}, Row{"size 10", 0}, Row{"top 50", 50}}) {
-    EXPECT_EQ(ActOnList(list, row.action), std::nullopt) << row.action;
-    EXPECT_EQ(list.TopRow(), row.top) << row.action;
-  }
-  list.SetRowCount(20);
-  EXPECT_EQ(list.TopRow(), 10);
-  EXPECT_TRUE(list.Scroll(-3));
-  EXPECT_TRUE(list.EnsureVisible(19));
-  EXPECT_EQ(list.TopRow(), 10);
-  list.DeleteAllRows();
-  EXPECT_EQ(State(), "top 0 focus -1 selected -1");
-  EXPECT_FALSE(list.Scroll(1));
-}
-
 /// A person's scrolling is a message that the list's own class may see; the program's is not.
 TEST(ListMessages, ScrollingBringsOneMessageEach) {
   struct Watched : ListView {

@@ -17,17 +17,6 @@ using workbench::Function;
 using workbench::Program;
 using workbench::Symbol;
 
-TEST(Program, FunctionsOfAFile) {
-  const auto program = Firmware();
-  std::string names;
-  for (const Function& function : program->FunctionsOf("sort.c")) names += function.name + " ";
-  EXPECT_EQ(names, "Ascending Descending ByMagnitude InsertionSort QuickSort IsSorted ");
-  names.clear();
-  for (const Function& function : program->FunctionsOf("scheduler.cpp")) names += function.name + "; ";
-  EXPECT_NE(names.find("(anonymous namespace)::ControlTask::Step; "), std::string::npos) << names;
-  EXPECT_TRUE(program->FunctionsOf("nowhere.c").empty());
-}
-
 TEST(Program, FunctionsEndWithTheirCodeAndNeverOverlap) {
   const auto program = Firmware();
   std::uint64_t before = 0;
