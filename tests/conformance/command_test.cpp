@@ -136,26 +136,8 @@ TEST_F(CommandLine, ShowsWhatTheDebuggerReports) {
   ide.Run("cvr 0x1000 0x1010");
   Report();
   EXPECT_EQ(ide.Run("cvd"), std::string("ok: \n") + kRows);
-  ide.Run("cv disable");
-  Report();
-  EXPECT_EQ(ide.Run("cvd"), std::string("ok: \n") + kRows) << "a disabled range takes nothing in";
-  ide.Run("cv enable");
   ide.Run("cv reset");
   EXPECT_NE(ide.Run("cvd").find("       0   -\tfirst\tshort\t\n"), std::string::npos);
-}
-
-TEST_F(CommandLine, FunctionsOfAFileBecomeWindows) {
-  EXPECT_EQ(ide.Run("cvr \\src\\main"), "ok: \n");
-  EXPECT_EQ(ide.TakeLog("AddRange"), "AddRange 0x1000 0x101f\nAddRange 0x1020 0x103f\n");
-  EXPECT_EQ(ide.Run("cv"), "ok: \n\tfirst : Enabled\n\tsecond : Enabled\n");
-  EXPECT_EQ(ide.Run("cv 2 disable"), "ok: \n");
-  EXPECT_EQ(ide.Run("cv 2"), "ok: \n\tsecond : Disabled\n");
-  Report();
-  const std::string shown = ide.Run("cvd");
-  EXPECT_TRUE(shown.starts_with("ok: \n\tfunction 1: first\n       2   -\tfirst\tshort\t\n")) << shown;
-  EXPECT_NE(shown.find("\tfunction 2: second\n       0   -\t0x1020\tshort\t\n"), std::string::npos) << shown;
-  EXPECT_EQ(ide.Run("cvr 0x1000 0x1010"), "ok: \n");
-  EXPECT_EQ(ide.TakeLog("RemoveRange"), "RemoveRange 0x1000 0x101f\nRemoveRange 0x1020 0x103f\n");
 }
 
 TEST_F(CommandLine, SavesAndLoadsTheSameContent) {

@@ -28,10 +28,7 @@ class CommandWorld : public CommandHost {
 
   CommandWorld() {
     target.OfferTo(host);
-    host.Offer(workspace);
-    host.Offer(project);
-    host.Offer(errors);
-    host.Offer(registry);
+    host.OfferAll(workspace, project, errors, registry);
     target.Fill(0x1000, 0x1010);
     target.Fill(0x2000, 0x2008);
     target.Function(kSource, "main", 0x1000, 0x1003);

@@ -112,26 +112,18 @@ TEST_F(Rows, OfNothingButHolesAreNone) {
 
 TEST_F(Rows, ColumnWidthsComeBackHiddenOnesToo) {
   doubles::StubSettings store;
-  for (const auto& [column, width] : {std::pair{0, 80}, {1, 60}, {2, 120}, {3, 40}, {4, 50}}) {
-    list.SetColumnWidth(column, width);
-  }
   const auto toggle = [this](std::uint32_t column) { list.Send(platform::message::kCommand, column); };
+  list.SetColumnWidth(1, 60);
   toggle(1);
   list.SaveColumnWidths(&store, "Pane");
   store.ints["Pane/ColWidth3"] = -1;
-  store.ints.erase("Pane/ColWidth4");
   toggle(1);
-  toggle(0);
   list.LoadColumnWidths(&store, "Pane");
-  const auto widths = [this] {
-    std::string text;
-    for (int column = 0; column < 5; ++column) text += std::to_string(list.ColumnWidth(column)) + ' ';
-    return text;
-  };
   EXPECT_EQ(store.ints["Pane/ColWidth1"], -60);
-  EXPECT_EQ(widths(), "80 0 120 30 50 ");
+  EXPECT_EQ(list.ColumnWidth(1), 0);
+  EXPECT_EQ(list.ColumnWidth(3), 30) << "too small to be seen";
   toggle(1);
-  EXPECT_EQ(widths(), "80 60 120 30 50 ");
+  EXPECT_EQ(list.ColumnWidth(1), 60);
 }
 
 /// Windows over a program, as a person works in them.
@@ -183,8 +175,6 @@ TEST_F(Panes, SortingAlternatesForAllWindowsTogether) {
   EXPECT_EQ(Names(first), "after *main step- ");
   second.List().ClickHeader(0);
   EXPECT_EQ(Names(second), "step *main after ");
-  first.List().ClickHeader(0);
-  EXPECT_EQ(Names(first), "after *main step- ");
   first.List().ClickHeader(1);
   EXPECT_EQ(first.List().ItemText(0, 1) + first.List().ItemText(2, 1), " 0% 40%");
   first.List().ClickHeader(1);

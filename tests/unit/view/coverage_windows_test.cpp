@@ -83,6 +83,14 @@ TEST_F(Windows, AChangeOfSourceIsForgottenWithItsPane) {
   EXPECT_EQ(Picture(), "");
 }
 
+TEST_F(Windows, AFunctionThatIsClearedCountsAsSavedNoLonger) {
+  auto* window = Open().NewFileWindow(ViewWorld::kSource, "main.c");
+  CoverageInstance& instance = *window->Record().instances[2];
+  instance.saved = 1;
+  EXPECT_TRUE(Open().MayClearFunction(*window->Pane(2)));
+  EXPECT_EQ(instance.saved, 0u);
+}
+
 TEST_F(Windows, AClearThatTheComponentMayNotDoWaitsForTheReset) {
   auto* window = Open().NewRangeWindow(0x1000, 0x10FF);
   CoverageInstance& instance = *window->Record().instances[1];

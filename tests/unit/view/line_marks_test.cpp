@@ -2,42 +2,21 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
+#include <utility>
 
-#include "unit/view/view_world.h"
+#include "unit/view/view_test.h"
 
 namespace coverage {
 namespace {
 
-/// Instances without windows; counts how often they are asked for.
-class Instances final : public CoveredInstances {
- public:
-  explicit Instances(qal::IQHost* host) : host_(host) {}
-  CoverageInstance& Add(std::uint32_t start, std::uint32_t end, std::uint32_t enabled = 1) {
-    owned.push_back(std::make_unique<CoverageInstance>(host_, start, end, "", 0));
-    owned.back()->rangeSet = owned.back()->counts->SetRange(start, end);
-    owned.back()->SetEnabled(enabled);
-    return *owned.back();
-  }
-  std::vector<CoverageInstance*> AllInstances() override {
-    ++asked;
-    std::vector<CoverageInstance*> all;
-    for (const auto& instance : owned) all.push_back(instance.get());
-    return all;
-  }
-  std::vector<std::unique_ptr<CoverageInstance>> owned;
-  int asked = 0;
-
- private:
-  qal::IQHost* host_;
-};
-
-class Marks : public testing::Test {
+class Marks : public ViewTest {
  protected:
   Marks() {
     marks.SetColumn(EditorColumn::kSource, 1);
     marks.SetColumn(EditorColumn::kDisassembly, 2);
-    world.log.Clear();
+  }
+  CoverageInstance& Add(std::uint32_t start, std::uint32_t end) {
+    return *Open().NewRangeWindow(start, end)->Record().instances[1];
   }
   /// The mark of an address as the disassembly column gets it; 0 for none.
   std::int32_t At(std::uint32_t address) {
@@ -47,15 +26,13 @@ class Marks : public testing::Test {
     return marks.Mark(EditorColumn::kSource, ViewWorld::kSource, line).value_or(0);
   }
 
-  ViewWorld world;
-  Instances instances{&world.host};
-  CommandModel model{&world.host};
-  LineMarks marks{instances, model, &world.target.source, &world.columns};
+  LineMarks& marks = Open().Marks();
+  CommandModel& model = view->Model();
 };
 
 TEST_F(Marks, OutcomesOfAnAddressBecomeItsMark) {
-  CoverageInstance& instance = instances.Add(0x1000, 0x10FF);
-  instances.Add(0x2000, 0x20FF, 0);  // disabled: it covers nothing
+  CoverageInstance& instance = Add(0x1000, 0x10FF);
+  Add(0x2000, 0x20FF).SetEnabled(0);
   for (std::uint32_t pass = 0; pass < 4; ++pass) instance.counts->AddOne(0x1010 + 4 * pass, 1, pass);
   const std::pair<std::uint32_t, std::int32_t> expected[] = {{0x1010, 6}, {0x1014, 5}, {0x1018, 4},
                                                              {0x101C, 3}, {0x1000, 9}, {0x10FF, 9},
@@ -69,7 +46,7 @@ TEST_F(Marks, WindowsComeBeforeTheCommandLine) {
   model.commandStore().AddOne(0x1104, 1, 1);
   const auto added = model.AddWindow(0x3000, 0x30FF, "f");
   added.counts->AddOne(0x3000, 2, 2);
-  instances.Add(0x1000, 0x10FF);
+  Add(0x1000, 0x10FF);
   EXPECT_EQ(At(0x1004), 9);  // the window covers it and has not executed it
   EXPECT_EQ(At(0x1104), 5);
   EXPECT_EQ(At(0x3000), 4);
@@ -93,7 +70,7 @@ TEST_F(Marks, CommandWindowsThatWereReplacedAreSeenAtOnce) {
 }
 
 TEST_F(Marks, ALineIsWorkedOutOnceAndDrawnAgain) {
-  CoverageInstance& instance = instances.Add(0x1000, 0x10FF);
+  CoverageInstance& instance = Add(0x1000, 0x10FF);
   world.log.Clear();
   EXPECT_EQ(AtLine(3), 9);
   EXPECT_EQ(world.log.Take("columns"), "columns.RefreshLines(\"c:\\space\\demo\\main.c\", 1, 3, 3)\n");
@@ -107,15 +84,6 @@ TEST_F(Marks, ALineIsWorkedOutOnceAndDrawnAgain) {
             "columns.RefreshLines(\"c:\\space\\demo\\main.c\", 1, 1, -1)\n"
             "columns.UpdateColumns(0)\ncolumns.RefreshLines(null, 1, 1, -1)\n");
   EXPECT_EQ(AtLine(3), 6);
-}
-
-TEST_F(Marks, InstancesAreAskedForOnce) {
-  for (int i = 0; i < 20; ++i) instances.Add(0x10000 + 16 * i, 0x1000F + 16 * i);
-  for (int i = 0; i < 20; ++i) At(0x10000 + 16 * i);
-  EXPECT_EQ(instances.asked, 1);
-  marks.ForgetInstances();
-  EXPECT_EQ(At(0x10001), 9);
-  EXPECT_EQ(instances.asked, 2);
 }
 
 }  // namespace
