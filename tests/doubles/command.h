@@ -4,6 +4,7 @@
 #include <condition_variable>
 #include <mutex>
 #include <string>
+#include <vector>
 
 #include "doubles/double.h"
 #include "qal/command.h"
@@ -51,6 +52,32 @@ struct StubCommandRegistry : Service<qal::IQCommandRegistry, qal::iid::kCommandR
     return Log("AddCommand", name, syntax, shortForm);
   }
   Status RemoveCommand(WideText name, WideText syntax) override { return Log("RemoveCommand", name, syntax); }
+};
+
+/// The names that a command answers to, the long one first.
+inline std::vector<std::string> NamesOf(qal::IQCmdClient& command) {
+  qal::VariantArray* list = nullptr;
+  command.GetCommandNames(&list);
+  std::vector<std::string> names = platform::TextsOf(list);
+  qal::FreeVariantArray(list);
+  return names;
+}
+
+/// What a command gives back for a line.
+struct Executed {
+  Executed(qal::IQCmdClient& command, const std::string& line, qal::IQCommandOutput& output) {
+    platform::WideOut text;
+    platform::WideOut prompt;
+    Flag more = qal::kTrue;
+    status =
+        command.ExecuteCommand(platform::Wide(line).get(), text.put(), prompt.put(), &more, &word, &output);
+    result = text.str();
+    wantsMore = more != qal::kFalse || !prompt.str().empty();
+  }
+  Status status;
+  std::string result;
+  bool wantsMore;
+  std::uint16_t word = 1;
 };
 
 }  // namespace doubles

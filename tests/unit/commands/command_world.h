@@ -52,16 +52,10 @@ class CommandWorld : public CommandHost {
     CCoverageCommand* command = Named(line.substr(0, line.find(' ')));
     if (command == nullptr) return "no such command";
     doubles::StubCommandOutput output;
-    char16_t* result = nullptr;
-    char16_t* prompt = nullptr;
-    qal::Flag wantsMore = qal::kTrue;
-    const platform::Wide wide(line);
-    const qal::Status status = command->ExecuteCommand(wide.get(), &result, &prompt, &wantsMore, &statusWord,
-                                                       sink != nullptr ? sink : &output);
-    std::string picture = platform::Narrow(qal::WideText{result}) + (qal::Failed(status) ? " !" : "");
-    if (wantsMore != qal::kFalse || qal::TextLength(prompt) != 0) picture += " wants more";
-    qal::FreeText(result);
-    qal::FreeText(prompt);
+    const doubles::Executed done(*command, line, sink != nullptr ? *sink : output);
+    statusWord = done.word;
+    std::string picture =
+        done.result + (qal::Failed(done.status) ? " !" : "") + (done.wantsMore ? " wants more" : "");
     for (const std::string& more : {output.Text(), boxes.Take()}) {
       if (!more.empty()) picture += "\n" + more.substr(0, more.size() - 1);
     }
@@ -70,10 +64,7 @@ class CommandWorld : public CommandHost {
 
   CCoverageCommand* Named(const std::string& name) {
     for (const auto& command : commands) {
-      qal::VariantArray* list = nullptr;
-      command->GetCommandNames(&list);
-      const std::vector<std::string> names = platform::TextsOf(list);
-      qal::FreeVariantArray(list);
+      const std::vector<std::string> names = doubles::NamesOf(*command);
       if (names[0] == name || names[1] == name) return command.get();
     }
     return nullptr;

@@ -73,20 +73,11 @@ class Person {
   /// A line of the IDE's command line: what it answers.
   std::string Type(const std::string& line) {
     for (auto* command : world.host.Registered<qal::IQCmdClient>(qal::iid::kCmdClient)) {
-      qal::VariantArray* list = nullptr;
-      command->GetCommandNames(&list);
-      const auto names = platform::TextsOf(list);
-      qal::FreeVariantArray(list);
-      if (names.size() != 2 || names[1] != line.substr(0, line.find(' '))) continue;
+      if (doubles::NamesOf(*command).back() != line.substr(0, line.find(' '))) continue;
       doubles::StubCommandOutput output;
-      platform::WideOut result;
-      platform::WideOut prompt;
-      qal::Flag wantsMore = qal::kFalse;
-      std::uint16_t status = 0;
-      command->ExecuteCommand(platform::Wide(line).get(), result.put(), prompt.put(), &wantsMore, &status,
-                              &output);
-      if (status == 0xFFFF) output.WaitForEnd();
-      return result.str();
+      const doubles::Executed done(*command, line, output);
+      if (done.word == 0xFFFF) output.WaitForEnd();
+      return done.result;
     }
     return {};
   }

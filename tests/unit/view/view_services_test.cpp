@@ -2,7 +2,6 @@
 
 #include "platform/text.h"
 #include "unit/view/view_test.h"
-#include "util/recent_list.h"
 #include "view/active_session.h"
 #include "view/display_settings.h"
 #include "view/message_options.h"
@@ -68,21 +67,9 @@ TEST(ComponentActive, FollowsTheSessionState) {
   world.session.name = "";
   EXPECT_TRUE(ComponentActive(&world.host));
   world.log.FailCall(1, "session.GetName");
-  doubles::StubSessionState failing(world.log);
-  failing.current = false;
-  failing.name = "";
-  world.host.Offer(failing);
   EXPECT_FALSE(ComponentActive(&world.host));
   world.host.Withdraw(qal::iid::kSessionState);
   EXPECT_FALSE(ComponentActive(&world.host));
-  EXPECT_FALSE(ComponentActive(nullptr));
-}
-
-TEST(RecentList, HoldsTenTextsEachOnce) {
-  RecentList list;
-  for (int i = 0; i < 12; ++i) list.Note(std::to_string(i));
-  list.Note("5");
-  EXPECT_EQ(list.texts(), (std::vector<std::string>{"5", "11", "10", "9", "8", "7", "6", "4", "3", "2"}));
 }
 
 }  // namespace
