@@ -141,10 +141,10 @@ void* TinyIde::Command(const std::string& name) const {
     ValueArray* names = nullptr;
     std::int32_t id = 0;
     Call(client, 6, &names, &id);
-    bool found = false;
-    for (std::uint32_t k = 0; names && k < names->count; ++k) {
-      found = found || Read(static_cast<char16_t*>(names->elements[k].pointer)) == name;
-    }
+    const Value* const first = names->elements;
+    const bool found = std::any_of(first, first + names->count, [&](const Value& each) {
+      return Read(static_cast<char16_t*>(each.pointer)) == name;
+    });
     FreeArray(names);
     if (found) return client;
   }
@@ -165,13 +165,11 @@ std::string TinyIde::Run(const std::string& line) {
   const Result answer = Call(command, 4, arguments.get(), result.put(), prompt.put(), &more, &status,
                              static_cast<void*>(&output_));
   std::unique_lock lock(mutex_);
-  if (status == 0xFFFF) {
-    if (!ended_.wait_for(lock, std::chrono::seconds(10), [this] { return outputEnded_; }))
-      written_ += "(no end)";
-  }
+  const auto ended = [this] { return outputEnded_; };
+  if (status == 0xFFFF && !ended_.wait_for(lock, std::chrono::seconds(10), ended)) written_ += "(no end)";
   return (answer == kOk        ? "ok: "
           : answer == kFailure ? "failed: "
-                               : "status " + std::to_string(answer) + ": ") +
+                               : "neither: ") +
          result.str() + '\n' + written_;
 }
 
@@ -191,52 +189,39 @@ Object& TinyIde::Offer(const char* name, const char* id) {
   return object;
 }
 
-/// What the operations reach of the IDE.
-struct Operations {
-  static Result Find(const Id* id, void** out) {
+void TinyIde::BuildHost() {
+  const auto find = [](void*, const Id* id, void** out) {
     *out = nullptr;
     for (const auto& [name, service] : current->offered_) {
       if (service.first == *id) *out = service.second;
     }
     return *out ? kOk : kNoInterface;
-  }
-  static Result Register(const Id* id, void* object) {
+  };
+  const auto enlist = [](void*, const Id* id, void* object) {
     current->registered_.emplace_back(*id, object);
     return kOk;
-  }
-  static Result Forget(const Id* id, void* object) {
-    for (auto at = current->registered_.begin(); at != current->registered_.end(); ++at) {
-      if (at->first == *id && at->second == object) {
-        current->registered_.erase(at);
-        return kOk;
-      }
-    }
+  };
+  const auto forget = [](void*, const Id* id, void* object) {
+    if (std::erase(current->registered_, std::pair{*id, object}) > 0) return kOk;
     return current->Note("forgets what was never registered");
+  };
+  host_.Set(0, find);
+  host_.Set(9, find);
+  for (const int slot : {10, 11}) {
+    host_.Set(slot, enlist);
+    host_.Set(slot + 2, forget);
   }
-  static Result Write(const char16_t* text) {
+  output_.Set(3, [](void*, Text line, Text) {
     const std::lock_guard lock(current->mutex_);
-    current->written_ += Read(text);
+    current->written_ += Read(line);
     return kOk;
-  }
-  static Result End() {
+  });
+  output_.Set(4, [](void*, Text) {
     const std::lock_guard lock(current->mutex_);
     current->outputEnded_ = true;
     current->ended_.notify_all();
     return kOk;
-  }
-  static std::uint32_t NextKey() { return ++current->lastKey_; }
-  static std::uint32_t NextOption() { return ++current->optionCount_; }
-};
-
-void TinyIde::BuildHost() {
-  host_.Set(0, [](void*, const Id* id, void** out) { return Operations::Find(id, out); });
-  host_.Set(9, [](void*, const Id* id, void** out) { return Operations::Find(id, out); });
-  for (const int slot : {10, 11}) {
-    host_.Set(slot, [](void*, const Id* id, void* object) { return Operations::Register(id, object); });
-    host_.Set(slot + 2, [](void*, const Id* id, void* object) { return Operations::Forget(id, object); });
-  }
-  output_.Set(3, [](void*, Text line, Text) { return Operations::Write(line); });
-  output_.Set(4, [](void*, Text) { return Operations::End(); });
+  });
 }
 
 void TinyIde::BuildCoverage() {
@@ -418,7 +403,7 @@ void TinyIde::BuildRest() {
   options.Set(3, [](void*, const Id* category, Text label, std::int16_t byDefault, Id* option) {
     const bool ours = *category == MakeId("{05F7F2A0-7AE6-11D5-B7CE-00E029352378}");
     *option = {};
-    option->bytes[0] = static_cast<unsigned char>(Operations::NextOption());
+    option->bytes[0] = static_cast<unsigned char>(++current->optionCount_);
     return current->Note(ours ? "option" : "option of another", label, byDefault);
   });
   options.Set(4, [](void*, const Id* option) { return current->Note("no option", option->bytes[0]); });
@@ -447,7 +432,7 @@ void TinyIde::BuildRest() {
       return current->Note(ours ? "menu" : "menu of another", menu, key, flag, Hex(ids->tag) + numbers);
     });
     windows.Set(33, Noted<"no menu", Number, Number>);
-    windows.Set(44, [](void*, Number* key) { return Give(key, Operations::NextKey()); });
+    windows.Set(44, [](void*, Number* key) { return Give(key, ++current->lastKey_); });
   }
 }
 

@@ -58,7 +58,8 @@ class TinyIde {
 
   /// The command client that answers to the name, found by asking each for its names.
   void* Command(const std::string& name) const;
-  /// Runs one line; gives "status: result", then the lines that were written, each with its line feed.
+  /// Runs one line; gives "ok: result" or "failed: result", then the lines that were written, each with its
+  /// line feed.
   std::string Run(const std::string& line);
 
   /// One line a call that the component made; forgets them.
@@ -86,8 +87,6 @@ class TinyIde {
   std::map<std::string, std::uint32_t> sessionNumbers;
 
  private:
-  friend struct Operations;
-
   void BuildHost();
   void BuildCoverage();
   void BuildProgram();
