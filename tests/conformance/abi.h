@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <type_traits>
 
@@ -101,6 +102,12 @@ inline void FreeArray(ValueArray* array) {
   std::free(array);
 }
 
+/// A value given out; an array in it is freed.
+struct OutValue : Value {
+  ~OutValue() { FreeArray(array()); }
+  ValueArray* array() const { return (tag & 0x2000) != 0 ? static_cast<ValueArray*>(pointer) : nullptr; }
+};
+
 /// Calls the operation in a slot of an object's table.
 template <class R = Result, class... Arguments>
 R Call(void* object, int slot, Arguments... arguments) {
@@ -108,6 +115,16 @@ R Call(void* object, int slot, Arguments... arguments) {
   void** table;
   std::memcpy(&table, object, sizeof(table));
   return reinterpret_cast<R (*)(void*, Arguments...)>(table[slot])(object, arguments...);
+}
+
+/// The interface of an object, or null where it has none.
+inline void* Ask(void* object, const char* id) {
+  const Id asked = MakeId(id);
+  void* out = &out;
+  const Result result = Call(object, 0, &asked, &out);
+  if (result != (out ? kOk : kNoInterface))
+    throw std::runtime_error("status and interface contradict each other");
+  return out;
 }
 
 /// An object of the stranger's own: a table whose operations refuse until they are set.

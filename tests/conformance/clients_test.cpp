@@ -69,10 +69,7 @@ TEST_F(Clients, TheViewAnswersWithItsWorkspaceClient) {
               {"{F522876D-2102-4D08-BF62-3DC10C23575B}", false}};
   for (void* from : {workspace, format, ide.Registered("{034370CE-79FB-470B-A6E7-2A0BFEAA4C58}")}) {
     for (const auto& row : rows) {
-      const Id id = MakeId(row.id);
-      void* out = &out;
-      EXPECT_EQ(Call(from, 0, &id, &out), row.known ? kOk : kNoInterface) << row.id;
-      EXPECT_EQ(out, row.known ? workspace : nullptr) << row.id;
+      EXPECT_EQ(Ask(from, row.id), row.known ? workspace : nullptr) << row.id;
     }
     EXPECT_EQ(Call<std::uint32_t>(from, 1), 1u);
     EXPECT_EQ(Call<std::uint32_t>(from, 2), 0u);
@@ -104,13 +101,11 @@ TEST_F(Clients, TheFormatViewGivesAndTakesFontAndColours) {
   EXPECT_EQ(Call(format, 7, &fore, &back), kOk);
   EXPECT_EQ(fore * 100 + back, 7777u) << "the current category is none of the two";
 
-  Value categories;
+  OutValue categories;
   EXPECT_EQ(Call(format, 6, &categories), kOk);
   EXPECT_EQ(categories.tag, 0x2008);
-  auto* list = static_cast<ValueArray*>(categories.pointer);
-  ASSERT_EQ(list->count, 1u);
-  EXPECT_EQ(Read(static_cast<char16_t*>(list->elements[0].pointer)), "Text");
-  FreeArray(list);
+  ASSERT_EQ(categories.array()->count, 1u);
+  EXPECT_EQ(Read(static_cast<char16_t*>(categories.array()->elements[0].pointer)), "Text");
   EXPECT_EQ(Call(format, 4), kOk);
   EXPECT_EQ(Call(format, 5, std::uintptr_t{1}), kOk);
   EXPECT_EQ(Call(format, 14), kOk);
@@ -126,12 +121,10 @@ TEST_F(Clients, TheTestClientDescribesItself) {
   EXPECT_TRUE(client == MakeId("{344B5690-6D1E-11DA-8CD6-0800200C9A66}"));
   EXPECT_EQ(component, ide.QueryInterface2(kKey, "{417F1D27-B5E8-498F-9CDC-19F84900B111}"));
 
-  void* names = nullptr;
-  void* context = nullptr;
-  const Id namesId = MakeId("{06BC04ED-EF77-4D34-877E-B23BC5F0774F}");
-  const Id contextId = MakeId("{703C74EA-9CFB-4045-AB43-083596F2B5DA}");
-  ASSERT_EQ(Call(test, 0, &namesId, &names), kOk);
-  ASSERT_EQ(Call(names, 0, &contextId, &context), kOk);
+  void* const names = Ask(test, "{06BC04ED-EF77-4D34-877E-B23BC5F0774F}");
+  ASSERT_NE(names, nullptr);
+  void* const context = Ask(names, "{703C74EA-9CFB-4045-AB43-083596F2B5DA}");
+  ASSERT_NE(context, nullptr);
   Out display, clientName, contextText, none;
   EXPECT_EQ(Call(names, 3, display.put()), kOk);
   EXPECT_EQ(Call(names, 4, clientName.put()), kOk);

@@ -91,7 +91,7 @@ TEST_F(Columns, PicturesBelongToTheDisassembly) {
               {-1, kAsm, kOk, false}, {4, kAsm, kFailure, false}, {1, kSource, kFailure, false},
               {1, 2, kFailure, false}};
   for (const auto& row : rows) {
-    Value image, mask;
+    OutValue image, mask;
     std::uint32_t size = 4711;
     EXPECT_EQ(Call(client, 13, row.index, 2u, row.column, &image, &mask, &size), row.result) << row.index;
     if (row.column != kAsm) {
@@ -99,12 +99,7 @@ TEST_F(Columns, PicturesBelongToTheDisassembly) {
       continue;
     }
     EXPECT_EQ(size > 0, row.picture) << row.index;
-    for (Value* value : {&image, &mask}) {
-      if (value->tag != 0x2011) continue;
-      auto* bytes = static_cast<ValueArray*>(value->pointer);
-      EXPECT_TRUE(value == &mask || bytes->count == size);
-      FreeArray(bytes);
-    }
+    EXPECT_TRUE(!row.picture || image.array()->count == size);
   }
 }
 
@@ -114,10 +109,9 @@ TEST_F(Columns, LinesOfACommandRangeAreMarkedUntilTheyMove) {
   ide.path = {0x1002, 0x1040};
   const Id report = MakeId("{6FBF8260-37F3-11D5-A5D8-0000E2257DCD}");
   Call(ide.QueryInterface2(kKey, "{A8495747-DE13-11D3-8AF5-00AA0026624A}"), 3, &report);
-  Value image, mask;
+  OutValue image, mask;
   std::uint32_t size = 0;
   EXPECT_EQ(Call(client, 13, 1, 7u, kAsm, &image, &mask, &size), kOk);
-  for (Value* value : {&image, &mask}) FreeArray(static_cast<ValueArray*>(value->pointer));
   const auto shown = [&](std::uint32_t line) {
     ide.TakeLog();
     Out text;
@@ -163,7 +157,7 @@ TEST_F(Columns, NothingHappensWhileAnotherSessionIsCurrent) {
   for (const int slot : {3, 4, 5, 6, 7, 9, 10, 11, 12}) {
     EXPECT_EQ(Call(client, slot, file.get(), kSource, 1u, 1u), kFailure) << slot;
   }
-  Value image, mask;
+  OutValue image, mask;
   std::uint32_t a = 5, b = 5;
   const std::uintptr_t none = 0;
   EXPECT_EQ(Call(client, 13, 1, 1u, kAsm, &image, &mask, &a), kFailure);

@@ -89,15 +89,9 @@ TEST_F(CommandLine, CommandsAnswerOnlyForWhatTheyAre) {
   EXPECT_EQ(ide.Command("coverage_display"), client);
   for (const char* id : {"{00000000-0000-0000-C000-000000000046}", "{0CEE2458-E2FC-45C4-AD14-9338AC377F2B}",
                          "{76FDAC8B-D0C3-4365-BB64-56412E74A430}"}) {
-    const Id asked = MakeId(id);
-    void* out = nullptr;
-    EXPECT_EQ(Call(client, 0, &asked, &out), kOk);
-    EXPECT_EQ(out, client);
+    EXPECT_EQ(Ask(client, id), client) << id;
   }
-  const Id other = MakeId("{A8495747-DE13-11D3-8AF5-00AA0026624A}");
-  void* out = &out;
-  EXPECT_EQ(Call(client, 0, &other, &out), kNoInterface);
-  EXPECT_EQ(out, nullptr);
+  EXPECT_EQ(Ask(client, "{A8495747-DE13-11D3-8AF5-00AA0026624A}"), nullptr);
   ValueArray* names = nullptr;
   std::int32_t id = 0;
   EXPECT_EQ(Call(client, 6, &names, &id), kOk);

@@ -124,16 +124,14 @@ TEST_F(Component, TellsItsNameAndPictures) {
     Out name;
     EXPECT_EQ(Call(Get(row.id), row.name, name.put()), kOk);
     EXPECT_EQ(name.str(), row.expected);
-    Value image, mask;
+    OutValue image, mask;
     EXPECT_EQ(Call(Get(row.id), row.pictures, &image, &mask), kOk);
-    for (Value* value : {&image, &mask}) {
+    for (const OutValue* value : {&image, &mask}) {
       EXPECT_EQ(value->tag, 0x2011);
-      auto* bytes = static_cast<ValueArray*>(value->pointer);
-      ASSERT_NE(bytes, nullptr);
-      EXPECT_GT(bytes->count, 0u);
-      EXPECT_EQ(bytes->count % 256, 0u) << "as many bytes for each of 256 pixels";
-      EXPECT_EQ(bytes->elements[0].tag, 0x11);
-      FreeArray(bytes);
+      ASSERT_NE(value->array(), nullptr);
+      EXPECT_GT(value->array()->count, 0u);
+      EXPECT_EQ(value->array()->count % 256, 0u) << "as many bytes for each of 256 pixels";
+      EXPECT_EQ(value->array()->elements[0].tag, 0x11);
     }
   }
   EXPECT_EQ(Call(Get(), 5), kOk);

@@ -92,15 +92,9 @@ TEST(EntryPoints, EachInterfaceOfTheComponentAnswersTheSameTable) {
     EXPECT_EQ(Call<std::uint32_t>(object, 1), 1u) << "references are not counted";
     EXPECT_EQ(Call<std::uint32_t>(object, 2), 0u);
     for (const auto& row : rows) {
-      const Id asked = MakeId(row.asked);
-      void* answer = nullptr;
-      EXPECT_EQ(Call(object, 0, &asked, &answer), kOk) << from.asked << row.asked;
-      EXPECT_EQ(answer, ide.QueryInterface2(Key(1), row.same)) << from.asked << row.asked;
+      EXPECT_EQ(Ask(object, row.asked), ide.QueryInterface2(Key(1), row.same)) << from.asked << row.asked;
     }
-    const Id other = MakeId("{7E75765A-6BE4-4EC5-99B1-DB0B95E0E40B}");
-    void* answer = &answer;
-    EXPECT_EQ(Call(object, 0, &other, &answer), kNoInterface);
-    EXPECT_EQ(answer, nullptr);
+    EXPECT_EQ(Ask(object, "{7E75765A-6BE4-4EC5-99B1-DB0B95E0E40B}"), nullptr);
   }
   EXPECT_EQ(Call(ide.QueryInterface2(Key(1), "{A8495740-DE13-11D3-8AF5-00AA0026624A}"), 3, std::uintptr_t{5}),
             kOk);
