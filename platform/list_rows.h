@@ -15,7 +15,8 @@ namespace platform {
 /// one that was set. Rows outside the count read as empty.
 class PLATFORM_API ListRows {
  public:
-  static constexpr int kMaxRows = 1 << 30;
+  /// More than any list shows; every row takes the room of a pointer.
+  static constexpr int kMaxRows = 1 << 24;
 
   int Count() const { return static_cast<int>(rows_.size()); }
   void Insert(int row) { rows_.emplace(rows_.begin() + row); }

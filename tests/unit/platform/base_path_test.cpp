@@ -17,6 +17,17 @@ TEST(Paths, PartsOfShiftJisNames) {
   SetCodePage(kUtf8);
 }
 
+TEST(Paths, Joining) {
+  EXPECT_EQ(JoinPath("C:\\a", "b.c"), "C:\\a\\b.c");
+  EXPECT_EQ(JoinPath("C:\\a\\", "b.c"), "C:\\a\\b.c");
+  EXPECT_EQ(JoinPath("C:\\a\\", "\\b.c"), "C:\\a\\b.c");
+  EXPECT_EQ(JoinPath("", "b.c"), "b.c");
+  EXPECT_EQ(JoinPath("C:\\a", ""), "C:\\a");
+  EXPECT_EQ(WithoutTrailingSeparator("C:\\"), "C:\\");
+  EXPECT_EQ(WithoutTrailingSeparator("\\"), "\\");
+  EXPECT_EQ(WithoutTrailingSeparator("a\\\\"), "a");
+}
+
 TEST(Paths, FullPaths) {
   const struct {
     const char *path, *base, *full;

@@ -89,6 +89,21 @@ TEST_F(Controls, ComboBoxChoosesTypesAndRemembers) {
   EXPECT_EQ(items, "7 11 10 9 8 6 5 4 3 2 ");
 }
 
+TEST_F(Controls, DropDownListTakesItsItemsOnly) {
+  ComboBox list(ControlKind::kDropDownList);
+  ASSERT_TRUE(list.Create(frame, 7));
+  list.SetItems({"a.cov", "b.cov"});
+  EXPECT_FALSE(list.Type("c.cov"));
+  list.SetText("c.cov");
+  EXPECT_EQ(list.Selected(), -1);
+  list.SetText("b.cov");
+  EXPECT_EQ(list.Selected(), 1);
+  list.Send(message::kKeyDown, key::kUp);
+  EXPECT_EQ(list.Text(), "a.cov");
+  list.ClearItems();
+  EXPECT_EQ(list.Text(), "");
+}
+
 TEST_F(Controls, ButtonsPressLikeButtons) {
   Button push, check(ControlKind::kCheckBox), group(ControlKind::kGroup), one(ControlKind::kRadioButton),
       two(ControlKind::kRadioButton), other(ControlKind::kRadioButton);

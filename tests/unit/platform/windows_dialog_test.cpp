@@ -150,6 +150,13 @@ TEST(Dialogs, DisableTheirOwnerAndGiveTheFocusBack) {
   EXPECT_TRUE(pane.HasFocus());
 }
 
+TEST(Dialogs, MoveTheFocusWithTab) {
+  Script script{"key tab", "key tab", "key tab", "key tab", "key tab", "key tab", "key shift+tab", "dialog"};
+  SettingsDialog dialog;
+  dialog.DoModal();
+  EXPECT_NE(script.shown.find(">     17 list"), std::string::npos) << script.shown;
+}
+
 TEST(Dialogs, TheirTimersRunWhileAPersonThinks) {
   ManualClock clock;
   InstallClock(&clock);

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <utility>
 
 #include "platform/list_view.h"
@@ -66,6 +67,25 @@ TEST_F(Lists, ShowColumnsInTheirOrder) {
   EXPECT_EQ(list.Header().Order(), (std::vector<int>{2, 0, 1}));
   EXPECT_EQ(list.Header().ItemCount(), 3);
   EXPECT_FALSE(list.SetColumnOrder({0, 0, 1}));
+}
+
+TEST_F(Lists, RefuseWhatIsNotThere) {
+  list.InsertColumn(0, "A", ColumnFormat::kLeft, 10);
+  list.InsertRow(0, "x");
+  EXPECT_EQ(list.InsertRow(-1), -1);
+  EXPECT_EQ(list.InsertRow(99), 1);
+  EXPECT_FALSE(list.SetItemText(2, 0, "y"));
+  EXPECT_FALSE(list.SetItemText(0, 1, "y"));
+  EXPECT_FALSE(list.SetItemText(-1, 0, "y"));
+  EXPECT_FALSE(list.DeleteRow(2));
+  EXPECT_FALSE(list.EnsureVisible(2));
+  EXPECT_EQ(list.ItemText(0, 5) + list.ItemText(-1, 0), "");
+  EXPECT_EQ(list.ColumnWidth(1), 0);
+  EXPECT_FALSE(list.ClickHeader(1));
+  list.SetRowCount(std::numeric_limits<int>::max());
+  EXPECT_EQ(list.RowCount(), ListRows::kMaxRows);
+  list.SelectRow(ListRows::kMaxRows);
+  EXPECT_EQ(list.SelectedRow(), -1);
 }
 
 TEST_F(Lists, MoveWithKeysAsTheDesktopDoes) {

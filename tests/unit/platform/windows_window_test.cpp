@@ -160,6 +160,24 @@ TEST(Windows, BelongToOneThread) {
   EXPECT_TRUE(opened) << "without windows any thread may begin";
 }
 
+TEST(Windows, FocusGoesWithUseAndIsAnnounced) {
+  std::string log;
+  LogWindow frame("frame", &log), left("left", &log), right("right", &log);
+  ASSERT_TRUE(frame.Open());
+  ASSERT_TRUE(left.Create(frame.Handle(), 1, "", kShownChild));
+  ASSERT_TRUE(right.Create(frame.Handle(), 2, "", kShownChild | window_style::kDisabled));
+  log.clear();
+  EXPECT_TRUE(left.SetFocus());
+  EXPECT_FALSE(right.SetFocus()) << "disabled";
+  EXPECT_TRUE(left.HasFocus());
+  right.Enable(true);
+  EXPECT_TRUE(right.SetFocus());
+  EXPECT_EQ(log, "left focus\nleft no focus\nright focus\n");
+  frame.Show(false);
+  EXPECT_EQ(FocusedWindow(), nullptr);
+  EXPECT_FALSE(right.CanBeUsed());
+}
+
 TEST(Windows, PresenterSeesEveryChangeOnce) {
   std::string seen;
   TextPresenter presenter([&](std::string_view line) { seen += std::string(line) + "\n"; }, true);
