@@ -22,6 +22,13 @@ class Person {
     disk.Put("space/demo/main.c", "int main(void) {}\n");
   }
 
+  /// From now on the debugger counts instructions and records no paths.
+  void OfferCounters() {
+    count.counts = {{0x1000, 1}, {0x1010, 2}};
+    world.host.Withdraw(qal::iid::kPathCoverage);
+    world.host.Offer(count);
+  }
+
   /// While the action runs, the lines act on whatever opens. What is open after the last one is cancelled.
   void Do(const std::string& lines, const std::function<void()>& action) {
     doubles::Script script(lines, &world.boxes);
@@ -85,6 +92,7 @@ class Person {
   ViewWorld world;
   doubles::StubSessionData data{world.log};
   doubles::StubCustomPlaceholders placeholders{world.log};
+  doubles::StubCountCoverage count{world.log};
   doubles::ScratchDisk disk;
   std::unique_ptr<CJepCoverageDataCtrl> component = std::make_unique<CJepCoverageDataCtrl>();
   /// Of another session of the debugger; begun by who needs it.

@@ -223,6 +223,7 @@ std::string Leftovers(Person& person, const std::string& faulty) {
     pair("window", std::string("window.Register") + what, std::string("window.Unregister") + what);
   }
   pair("path", "path.AddRange", "path.RemoveRange");
+  pair("count", "count.AddRange", "count.RemoveRange");
   pair("options", "options.RegisterOption", "options.WithdrawOption");
   pair("registry", "registry.AddCommand", "registry.RemoveCommand");
   pair("data", "data.Open", "data.Close");
@@ -295,16 +296,26 @@ TEST(Sweep, ACallThatFailsLeavesNothingBehind) {
 #else
   constexpr int kMostCalls = 14;
 #endif
-  const auto calls = Tell("", nullptr).calls;
-  for (const auto& [service, count] : calls) {
-    for (int i = 0; i < std::min(count, kMostCalls); ++i) {
-      // Every call; of very many the same sample each time.
-      const int n =
-          count <= kMostCalls ? i + 1 : 1 + static_cast<int>(std::int64_t{count - 1} * i / (kMostCalls - 1));
-      const Tale tale = Tell(service, [&](Person& person, std::size_t step) {
-        if (step == 0) person.world.log.FailCall(n, service + ".");
+  for (const bool counters : {false, true}) {
+    const auto begin = [&](const std::string& faulty, int n) {
+      return Tell(faulty, [&, n](Person& person, std::size_t step) {
+        if (step != 0) return;
+        if (counters) person.OfferCounters();
+        if (n != 0) person.world.log.FailCall(n, faulty + ".");
       });
-      EXPECT_EQ(tale.leftovers, "") << service << ", call " << n;
+    };
+    const auto calls = begin("", 0).calls;
+    ASSERT_TRUE(calls.contains(counters ? "count" : "path"));
+    for (const auto& [service, count] : calls) {
+      if (counters && service != "count") continue;
+      for (int i = 0; i < std::min(count, kMostCalls); ++i) {
+        // Every call; of very many the same sample each time.
+        const int n = count <= kMostCalls
+                          ? i + 1
+                          : 1 + static_cast<int>(std::int64_t{count - 1} * i / (kMostCalls - 1));
+        const Tale tale = begin(service, n);
+        EXPECT_EQ(tale.leftovers, "") << service << ", call " << n;
+      }
     }
   }
 }
