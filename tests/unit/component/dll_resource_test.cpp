@@ -61,6 +61,24 @@ TEST(ResourceModuleLoader, OtherModulesAreRefused) {
   }
 }
 
+/// What the loader itself does not need: copies, libraries that somebody else loaded, and comparison.
+TEST(ResourceModuleLoader, RecordsAreCopiedAttachedAndCompared) {
+  auto first = std::make_unique<CDllResource>(InBin("module_of_interface_1_1.dll"));
+  ASSERT_TRUE(first->Load());
+  const CDllResource copy(*first);
+  first.reset();
+  EXPECT_NE(platform::FindExport(copy.module(), "GetDLLType"), nullptr) << "a copy holds the library itself";
+  std::string compared;
+  for (const auto& [major, minor] : {std::pair{0, 9}, {1, 0}, {1, 1}, {1, 2}, {2, 0}}) {
+    compared += copy.IsVersion(major, minor) ? "= " : copy.IsAtLeast(major, minor) ? "> " : "< ";
+  }
+  EXPECT_EQ(compared, "> > = < < ");
+  CDllResource attached;
+  attached.Attach(platform::Module::Load(InBin("module_of_ordinal_2.dll")).release());
+  EXPECT_EQ(attached.ordinalVersion(), 2);
+  EXPECT_EQ(attached.type(), "Resource");
+}
+
 int calls;
 std::int32_t sizes[2];
 

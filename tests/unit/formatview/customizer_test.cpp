@@ -72,6 +72,28 @@ class Customizer : public testing::Test {
   std::unique_ptr<CUiCustomizer> customizer;
 };
 
+TEST_F(Customizer, WithdrawsOneKindAfterTheOther) {
+  customizer->RegisterWindow(7, qal::kClassId, 10);
+  customizer->RegisterResourceModule(kModule, 7, qal::kClassId);
+  customizer->RegisterToolbar("id", "name", kModule, 2, 0, 7, qal::kClassId);
+  customizer->RegisterAccelerators(kModule, 5, 7, qal::kClassId);
+  customizer->RegisterMenu(kModule, 1, 7, qal::kClassId);
+  customizer->RegisterWindowMenu(10, kModule, 1, 7, qal::kClassId);
+  customizer->RegisterContextMenu(11, 10, 0xFFFFFFFF, "", 0, 3, 7, qal::kClassId);
+  customizer->RegisterWindow(8, qal::kClassId, 12);
+  customizer->RegisterWindow(7, qal::kClassId, 10);  // the same window again
+  log.Clear();
+  customizer->UnregisterAll(9);
+  EXPECT_EQ(log.Take(), "");
+  customizer->UnregisterAll(7);
+  EXPECT_EQ(log.Take(),
+            "window.UnregisterContextMenu(3, 7)\nwindow.GetContextMenuCount()\n"
+            "window.UnregisterContextParent()\n"
+            "window.UnregisterWindowMenu(1, 7)\nwindow.UnregisterMenu(1, 7)\n"
+            "window.UnregisterAccelerators(5, 7)\nwindow.UnregisterToolbar(2, 0, 7)\n"
+            "window.UnregisterResourceModule(7)\nwindow.UnregisterWindow(7)\n");
+}
+
 TEST_F(Customizer, LeavesAContextMenusParentThatIsStillUsed) {
   struct Row {
     qal::WindowHandle parent;
