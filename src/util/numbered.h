@@ -3,23 +3,17 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <initializer_list>
 #include <utility>
 #include <vector>
 
 namespace coverage {
 
 /// Things under numbers, in ascending order and in one piece of memory: thousands are walked at every stop of
-/// the target. Setting or removing one moves the others; not while somebody walks them.
+/// the target. Nothing is added or cleared while somebody walks them.
 template <class Thing>
 class Numbered {
  public:
   using Entry = std::pair<std::uint32_t, Thing>;
-
-  Numbered() = default;
-  Numbered(std::initializer_list<Entry> entries) {
-    for (const Entry& entry : entries) (*this)[entry.first] = entry.second;
-  }
 
   /// The thing under the number; an empty one is put there when there is none.
   Thing& operator[](std::uint32_t number) {

@@ -39,8 +39,7 @@ qal::Status CJepCoverageCtrl::OnSessionOpened(qal::WideText first, qal::WideText
                                               qal::WideText fourth) {
   return InterfaceCall(
       [&] {
-        // Part of opening as the IDE knows it. What it answers names the session, whose data are found
-        // without a name.
+        // The IDE expects to be asked; the answers name the session, whose data are found without a name.
         platform::WideOut sessionText;
         platform::WideOut projectName;
         if (auto* const project = FindService<qal::IQProject>(host, qal::iid::kProject)) {

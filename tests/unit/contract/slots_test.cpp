@@ -7,8 +7,8 @@
 #include "doubles/window_service.h"
 #include "qal/all.h"
 
-// Where named operations stand in their tables, and what stands between them. The tables that the component
-// itself answers with are called slot by slot in tests/conformance.
+// Where named operations stand in their tables, and what stands between them. Of the tables that the
+// component itself answers with, tests/conformance calls the slots; only what it does not call stands here.
 namespace {
 
 /// Slot of a virtual function: a pointer to it holds its offset in the table, plus one or beside a one.
@@ -35,8 +35,12 @@ TEST(Slots, NamedOperationsStandWhereTheirNumbersSay) {
       OPERATION(IQUnknown, AddRef, 1),
       OPERATION(IQUnknown, Release, 2),
       OPERATION(IQRegistryClient, Reserved3, 3),
-      OPERATION(IQComponent2, Reserved6, 6),
       OPERATION(IQErrorReporter, GetErrorText, 3),
+      OPERATION(IQFormatViewClient2, GetFormatName, 3),
+      OPERATION(IQFormatViewClient2, SetFont, 10),
+      OPERATION(IQFormatViewClient2, ChangeFont, 11),
+      OPERATION(IQFormatViewClient2, SetSelectedTextColours, 13),
+      OPERATION(IQCmdClient2, GetCommandNames, 3),
       OPERATION(IQCommandOutput, WriteLine, 3),
       OPERATION(IQCommandOutput, EndOutput, 4),
       OPERATION(IQCommandRegistry, AddCommand, 11),

@@ -214,7 +214,8 @@ TEST_F(CollectionTest, SwitchFollowsWhatIsEnabled) {
 
 TEST_F(CollectionTest, ASnapshotHasAnElementForEveryNumber) {
   CoverageWindow window;
-  window.instances = {{1, all[0]}, {3, all[2]}};
+  window.instances[3] = all[2];
+  window.instances[1] = all[0];
   all[2]->functionName = "main";
   all[2]->percentage = 42;
   window.TakeStats();
