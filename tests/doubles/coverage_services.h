@@ -8,8 +8,20 @@
 /// The debugger's coverage record, as tables that a test fills.
 namespace doubles {
 
-struct StubPathCoverage : Service<qal::IQPathCoverage, qal::iid::kPathCoverage, "path"> {
-  using Service::Service;
+/// What both records have: ranges, and a switch.
+template <class Interface, const Guid& kId, Name kName>
+struct CoverageRanges : Service<Interface, kId, kName> {
+  using Service<Interface, kId, kName>::Service;
+
+  Status AddRange(Number start, Number end) override { return this->Log("AddRange", Hex{start}, Hex{end}); }
+  Status RemoveRange(Number start, Number end) override {
+    return this->Log("RemoveRange", Hex{start}, Hex{end});
+  }
+  Status SetCollection(std::int32_t on) override { return this->Log("SetCollection", on); }
+};
+
+struct StubPathCoverage : CoverageRanges<qal::IQPathCoverage, qal::iid::kPathCoverage, "path"> {
+  using CoverageRanges::CoverageRanges;
 
   /// The next reports.
   std::vector<qal::PathPair> pairs;
@@ -19,13 +31,10 @@ struct StubPathCoverage : Service<qal::IQPathCoverage, qal::iid::kPathCoverage, 
     *out = pairs.data();
     return Log("GetPath");
   }
-  Status AddRange(Number start, Number end) override { return Log("AddRange", Hex{start}, Hex{end}); }
-  Status RemoveRange(Number start, Number end) override { return Log("RemoveRange", Hex{start}, Hex{end}); }
-  Status SetCollection(std::int32_t on) override { return Log("SetCollection", on); }
 };
 
-struct StubCountCoverage : Service<qal::IQCountCoverage, qal::iid::kCountCoverage, "count"> {
-  using Service::Service;
+struct StubCountCoverage : CoverageRanges<qal::IQCountCoverage, qal::iid::kCountCoverage, "count"> {
+  using CoverageRanges::CoverageRanges;
 
   std::vector<qal::CountPair> counts;
   std::vector<qal::CountPair> flags;
@@ -38,9 +47,6 @@ struct StubCountCoverage : Service<qal::IQCountCoverage, qal::iid::kCountCoverag
     *outFlags = flags.data();
     return Log("GetCounts");
   }
-  Status AddRange(Number start, Number end) override { return Log("AddRange", Hex{start}, Hex{end}); }
-  Status RemoveRange(Number start, Number end) override { return Log("RemoveRange", Hex{start}, Hex{end}); }
-  Status SetCollection(std::int32_t on) override { return Log("SetCollection", on); }
 };
 
 struct StubTraceStart : Service<qal::IQTraceStart, qal::iid::kTraceStart, "trace"> {

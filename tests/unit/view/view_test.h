@@ -12,7 +12,7 @@
 
 namespace coverage {
 
-/// A view control over such an IDE.
+/// A view control over the IDE of ViewWorld, and a person in front of it.
 class ViewTest : public testing::Test {
  protected:
   ViewTest() { Restart(); }
