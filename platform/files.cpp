@@ -6,12 +6,11 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <atomic>
 #include <cerrno>
 #include <cstring>
 #include <system_error>
 
-#include "platform/native_path.h"
+#include "platform/output_file.h"
 #include "platform/text.h"
 
 namespace platform {
@@ -19,31 +18,6 @@ namespace {
 
 constexpr std::size_t kChunk = 256 * 1024;
 static_assert(kChunk >= 2 * TextReader::kLongestLine);
-
-/// Bytes that may still be written; negative for as many as the disk takes.
-std::atomic<std::int64_t> diskSpace{-1};
-
-/// Takes up to `count` bytes of the asked-for disk space and gives how many there were.
-std::size_t TakeDiskSpace(std::size_t count) {
-  std::int64_t left = diskSpace;
-  for (;;) {
-    if (left < 0) return count;
-    const auto taken = std::min(count, static_cast<std::size_t>(left));
-    if (diskSpace.compare_exchange_weak(left, left - static_cast<std::int64_t>(taken))) return taken;
-  }
-}
-
-/// Writes all of it; 0, or the error after what could be written.
-int WriteAll(int file, const char* bytes, std::size_t count) {
-  const std::size_t allowed = TakeDiskSpace(count);
-  for (std::size_t done = 0; done < allowed;) {
-    const ssize_t written = write(file, bytes + done, allowed - done);
-    if (written < 0 && errno == EINTR) continue;
-    if (written < 0) return errno;
-    done += static_cast<std::size_t>(written);
-  }
-  return allowed < count ? ENOSPC : 0;
-}
 
 std::string ErrorText(int error) { return FromUtf8(std::generic_category().message(error)); }
 
@@ -121,27 +95,12 @@ std::optional<std::string> ReadFile(const std::string& path, std::size_t limit) 
 }
 
 bool ReplaceFile(const std::string& path, std::string_view content, std::string* error) {
-  std::string target = ToNative(path);
-  target = FullNativePath(target).value_or(target);  // through a link, so that the link stays
-  std::string temporary = target + ".XXXXXX";
-  const auto fail = [&](int reason) {
-    if (error) *error = ErrorText(reason);
-    return false;
-  };
-  struct stat old {};
-  const bool replaces = stat(target.c_str(), &old) == 0;
-  // A device or a pipe would be taken away, not written to.
-  if (replaces && !S_ISREG(old.st_mode)) return fail(S_ISDIR(old.st_mode) ? EISDIR : EINVAL);
-  const int file = mkostemp(temporary.data(), O_CLOEXEC);
-  if (file < 0) return fail(errno);
-  const mode_t mode = replaces ? old.st_mode & 0777 : 0644;
-  int reason = WriteAll(file, content.data(), content.size());
-  if (!reason && (fchmod(file, mode) != 0 || fsync(file) != 0)) reason = errno;
-  if (close(file) != 0 && !reason) reason = errno;
-  if (!reason && rename(temporary.c_str(), target.c_str()) != 0) reason = errno;
-  if (!reason) return true;
-  unlink(temporary.c_str());
-  return fail(reason);
+  OutputFile file;
+  int reason = file.Open(ToNative(path));
+  if (!reason) reason = file.Write(content.data(), content.size());
+  if (!reason) reason = file.Commit();
+  if (reason && error) *error = ErrorText(reason);
+  return reason == 0;
 }
 
 bool MoveFile(const std::string& from, const std::string& to, std::string* error) {
@@ -150,27 +109,20 @@ bool MoveFile(const std::string& from, const std::string& to, std::string* error
   return false;
 }
 
-void SetDiskSpace(std::optional<std::uint64_t> bytes) {
-  diskSpace = bytes ? static_cast<std::int64_t>(std::min<std::uint64_t>(*bytes, INT64_MAX)) : -1;
-}
+TextWriter::TextWriter()
+    : buffer_(std::make_unique_for_overwrite<char[]>(kChunk)), file_(std::make_unique<OutputFile>()) {}
 
-TextWriter::TextWriter() : buffer_(std::make_unique_for_overwrite<char[]>(kChunk)) {}
-
-TextWriter::~TextWriter() {
-  if (file_ >= 0) Close();
-}
+TextWriter::~TextWriter() = default;
 
 bool TextWriter::Open(const std::string& path) {
-  if (file_ >= 0) Close();
   used_ = 0;
-  file_ = open(ToNative(path).c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
-  error_ = file_ < 0 ? errno : 0;
+  error_ = file_->Open(ToNative(path));
   return ok();
 }
 
 void TextWriter::Put(const char* bytes, std::size_t count) {
-  if (file_ < 0 && error_ == 0) error_ = EBADF;
-  if (error_ == 0) error_ = WriteAll(file_, bytes, count);
+  if (!file_->IsOpen() && error_ == 0) error_ = EBADF;
+  if (error_ == 0) error_ = file_->Write(bytes, count);
 }
 
 void TextWriter::Flush() {
@@ -200,10 +152,10 @@ void TextWriter::Write(std::string_view text) {
 }
 
 bool TextWriter::Close() {
-  if (file_ < 0) return false;
+  if (!file_->IsOpen()) return false;
   Flush();
-  if (close(file_) != 0 && error_ == 0) error_ = errno;
-  file_ = -1;
+  if (error_ == 0) error_ = file_->Commit();
+  file_->Discard();
   return ok();
 }
 

@@ -27,30 +27,44 @@ PLATFORM_API std::optional<std::uint64_t> FileSize(const std::string& path);
 
 /// The bytes of a file, or nothing when it cannot be read or is longer than `limit`.
 PLATFORM_API std::optional<std::string> ReadFile(const std::string& path, std::size_t limit = 64u << 20);
-/// Puts `content` in the place of a file as a whole: after a failure (false, `error` says why) the old one is
-/// untouched, and no half-written file is ever seen under the name.
+/// Puts `content` in the place of a file, as TextWriter does but as it stands. False: `error` says why.
 PLATFORM_API bool ReplaceFile(const std::string& path, std::string_view content,
                               std::string* error = nullptr);
 
 /// Asked-for fault: from now on only `bytes` more can be written by this process's writers and ReplaceFile,
-/// as on a disk that is nearly full; nothing takes the fault away.
+/// as on a disk that is nearly full. Without a number the fault is taken away.
 PLATFORM_API void SetDiskSpace(std::optional<std::uint64_t> bytes);
 
-/// Writes a text file: created or truncated, "\n" becomes CR LF on the way.
+class OutputFile;
+
+/// Writes a text file, "\n" becomes CR LF on the way.
+///
+/// A regular file is replaced as a whole: the bytes go to a temporary file beside it, ".name.qal-save-" and
+/// 16 hexadecimal digits, which takes the name's place in Close. Until then, and after any failure, the old
+/// file is untouched and no half-written one is seen. Links are followed to the file they name, there or not.
+/// A new file gets the process's usual mode; a replaced one keeps the old mode, and the old owner as far as
+/// this process may give it. Another hard link to the old file keeps the old content. What a killed process
+/// left is removed when the same file is written next. Where a file may be written but not replaced (its
+/// directory takes no new file), Close copies the content into it, once all of it is known and room for it is
+/// found; only being killed in that moment, or a failing disk, can then leave a mixture.
+///
+/// Devices and pipes get the bytes as they come, and fail when they take nothing for 10 seconds. A pipe that
+/// nobody reads, a directory and a socket cannot be opened.
 class PLATFORM_API TextWriter {
  public:
   TextWriter();
-  /// Closes; what fails then is lost, so call Close.
+  /// Without Close, nothing is kept of what was written.
   ~TextWriter();
   TextWriter(const TextWriter&) = delete;
   TextWriter& operator=(const TextWriter&) = delete;
 
+  /// False when the file may not be written or made. What was open is dropped without Close.
   bool Open(const std::string& path);
   void Write(std::string_view text);
   /// Bytes as they stand: rows that carry their CR LF already. Large blocks are not copied.
   void WriteRaw(std::string_view block);
-  /// Flushes and closes. False when anything since Open failed, such as a full disk; what fitted stays in the
-  /// file.
+  /// Makes all that was written so far the file's content, safely on the disk. False when anything since Open
+  /// failed, such as a full disk: then the old file is still there.
   bool Close();
   /// False from the first failure on; Error then says what the system said.
   bool ok() const { return error_ == 0; }
@@ -62,7 +76,7 @@ class PLATFORM_API TextWriter {
 
   std::unique_ptr<char[]> buffer_;
   std::size_t used_ = 0;
-  int file_ = -1;
+  std::unique_ptr<OutputFile> file_;
   int error_ = 0;
 };
 
