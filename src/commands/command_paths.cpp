@@ -51,6 +51,14 @@ ResolvedPath ResolveInProject(std::string_view typed, const PlaceholderResolver&
   return result;
 }
 
+ResolvedPath ResolveBelow(std::string_view directory, std::string_view typed,
+                          const PlaceholderResolver& placeholders) {
+  ResolvedPath result = ExpandPath(typed, placeholders);
+  result.path = result.resolved ? platform::FullPath(result.path, directory)
+                                : platform::FullPath(PutInProject(result.path, placeholders));
+  return result;
+}
+
 std::string PutInProject(std::string_view path, const PlaceholderResolver& placeholders) {
   const std::string directory = ProjectDirectory(placeholders);
   const std::string file = platform::FilePart(path);
@@ -62,6 +70,10 @@ bool HasExtension(std::string_view path, std::string_view extension) {
 }
 
 bool HasNoExtension(std::string_view path) { return platform::ExtensionPart(path).empty(); }
+
+std::string WithDefaultExtension(std::string_view name, std::string_view extension) {
+  return std::string(name).append(HasNoExtension(name) ? extension : std::string_view());
+}
 
 bool DirectoryExists(std::string_view path) {
   const std::string directory = platform::DirectoryPart(path);

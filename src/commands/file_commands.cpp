@@ -37,7 +37,7 @@ qal::Status CSaveCommand::DoCommand(const std::string& line, std::string& result
     path = PutInProject(path, *SharedPlaceholders());
     if (path.empty()) return Fail(result, strings::kDataCannotBeSaved);
   }
-  if (HasNoExtension(path)) path += ".cov";
+  path = WithDefaultExtension(path, ".cov");
   if (!HasExtension(path, ".COV") && !HasExtension(path, ".TXT"))
     return Fail(result, strings::kInvalidSaveFileName);
   if (!DirectoryExists(path)) {
@@ -62,8 +62,8 @@ CLoadCommand::CLoadCommand(CommandHost& owner)
 qal::Status CLoadCommand::DoCommand(const std::string& line, std::string& result, std::uint32_t&) {
   CArgStringFileName file(true, {}, SharedPlaceholders());
   if (const std::uint32_t text = ParseFileName(line, file)) return Fail(result, text);
-  std::string path = ResolveInProject(file.value, *SharedPlaceholders()).path;
-  if (HasNoExtension(path)) path += ".COV";
+  const std::string path =
+      WithDefaultExtension(ResolveInProject(file.value, *SharedPlaceholders()).path, ".COV");
   if (!HasExtension(path, ".COV")) return Fail(result, strings::kInvalidLoadFileName);
   const qal::Status outcome =
       LoadCommandModel(model(), path, CurrentProjectNames(host, view.Keys()), host, LoadFor::kCommand);

@@ -4,7 +4,6 @@
 #include <array>
 #include <initializer_list>
 
-#include "commands/command_paths.h"
 #include "dialogs/placeholder_button.h"
 #include "platform/file_dialog.h"
 #include "platform/files.h"
@@ -69,13 +68,16 @@ void FileNameDialog::BrowseForCoverage(bool save) {
   Browse(save, "cov", strings::kSampleCoverageFilter, kCoverageFilesPlaceholder);
 }
 
+ResolvedPath FileNameDialog::CoveragePath(std::string_view directory, std::string_view name) const {
+  return ResolveBelow(directory, WithDefaultExtension(name, ".cov"), PlaceholderResolver(host()));
+}
+
 std::string FileNameDialog::CheckedSourceName() {
-  std::string name = FileName();
-  if (name.empty()) {
+  if (FileName().empty()) {
     FocusItem(editId_);
     return {};
   }
-  if (HasNoExtension(name)) name += ".c";
+  std::string name = WithDefaultExtension(FileName(), ".c");
   if (!TakesExtension(name, {".C", ".CPP"})) {
     Complain(strings::kInvalidSourceFileName, editId_);
     return {};
@@ -106,14 +108,12 @@ bool SaveDataDialog::DirectoryReady(const std::string& path) {
 }
 
 void SaveDataDialog::OnOK() {
-  std::string name = FileName();
+  const std::string name = FileName();
   if (name.empty()) return SetFileName(currentName_);
-  if (HasNoExtension(name)) name += ".cov";
   if (!TakesExtension(name, {".COV", ".TXT"})) return Complain(strings::kInvalidSaveFileName, kSaveEdit);
-  Answer answer;
-  answer.path = platform::FullPath(Expand(name, &answer.resolved));
-  if (!DirectoryReady(answer.path)) return FocusItem(kSaveEdit);
-  answer_ = answer;
+  const ResolvedPath path = CoveragePath({}, name);
+  if (!DirectoryReady(path.path)) return FocusItem(kSaveEdit);
+  answer_ = {path.path, path.resolved};
   FileNameDialog::OnOK();
 }
 
@@ -130,7 +130,7 @@ LoadDataDialog::LoadDataDialog(qal::IQHost* host, std::string currentName)
       currentName_(std::move(currentName)) {}
 
 std::optional<std::string> LoadDataDialog::Ask(platform::Window* owner) {
-  return Run(owner) ? std::optional(name_) : std::nullopt;
+  return Run(owner) ? std::optional(path_) : std::nullopt;
 }
 
 void LoadDataDialog::OnInitDialog() {
@@ -143,7 +143,7 @@ void LoadDataDialog::OnOK() {
   const std::string name = FileName();
   if (name.empty()) return SetFileName(currentName_);
   if (!TakesExtension(name, {".COV"})) return Complain(strings::kInvalidLoadFileName, kLoadEdit);
-  name_ = name;
+  path_ = CoveragePath(StartDirectory(currentName_, kCoverageFilesPlaceholder), name).path;
   FileNameDialog::OnOK();
 }
 

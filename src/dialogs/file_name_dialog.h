@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "commands/command_paths.h"
 #include "dialogs/coverage_dialog.h"
 
 namespace coverage {
@@ -27,6 +28,9 @@ class FileNameDialog : public CoverageDialog {
   /// Lets the person choose a file; the chosen path replaces the field's text.
   void BrowseForSource();
   void BrowseForCoverage(bool save);
+  /// What is typed as a coverage file: ".cov" is added to a name without a dot, and a relative name is taken
+  /// below `directory`.
+  ResolvedPath CoveragePath(std::string_view directory, std::string_view name) const;
   /// What is typed as a source file: ".c" is added to a name without a dot. Empty after a complaint.
   std::string CheckedSourceName();
 
@@ -37,12 +41,13 @@ class FileNameDialog : public CoverageDialog {
   std::uint32_t arrowId_;
 };
 
-/// "Save Data": under which name.
+/// "Save Data": under which name. A relative one is taken below the current directory.
 class SaveDataDialog final : public FileNameDialog {
  public:
   struct Answer {
-    std::string path;
-    bool resolved = true;  ///< every placeholder had a value
+    std::string path;  ///< absolute
+    bool resolved =
+        true;  ///< false: not every placeholder had a value, and `path` is in the project's directory
   };
 
   SaveDataDialog(qal::IQHost* host, std::string currentName);
@@ -61,11 +66,12 @@ class SaveDataDialog final : public FileNameDialog {
   Answer answer_;
 };
 
-/// "Load Data": from which file.
+/// "Load Data": from which file. A relative name is taken beside the current one.
 class LoadDataDialog final : public FileNameDialog {
  public:
+  /// Without a directory in `currentName`, relative names are taken below kCoverageFilesPlaceholder.
   LoadDataDialog(qal::IQHost* host, std::string currentName);
-  /// The name as typed.
+  /// The path, absolute.
   std::optional<std::string> Ask(platform::Window* owner);
 
  protected:
@@ -77,10 +83,10 @@ class LoadDataDialog final : public FileNameDialog {
   void OnBrowse() { BrowseForCoverage(false); }
 
   std::string currentName_;
-  std::string name_;
+  std::string path_;
 };
 
-/// Directory that the file dialogs for coverage files begin in when no name tells.
+/// Directory of coverage files when no name tells.
 inline constexpr std::string_view kCoverageFilesPlaceholder = "$(CONFIGDIR)";
 
 }  // namespace coverage

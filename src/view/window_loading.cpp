@@ -3,7 +3,6 @@
 #include "persist/cov_reader.h"
 #include "platform/files.h"
 #include "platform/message_box.h"
-#include "platform/paths.h"
 #include "platform/text.h"
 #include "util/placeholder_resolver.h"
 #include "util/texts.h"
@@ -135,19 +134,13 @@ bool CoverageWindows::LoadFile(const std::string& path) {
 
 void CoverageWindows::LoadPane(DataPane& pane) {
   StatisticsPane* const window = pane.Statistics();
-  auto name = LoadDataDialog(host, memory.coveragePath).Ask(&owner.SinkWindow());
-  if (!name) return;
-  if (name->find('.') == std::string::npos) *name += ".cov";
-  const PlaceholderResolver placeholders(host);
-  std::string path = placeholders.ExpandPlaceholders(*name);
-  if (!platform::IsAbsolutePath(path)) {
-    path = platform::JoinPath(placeholders.ExpandPlaceholders(std::string(kCoverageFilesPlaceholder)), path);
-  }
+  const auto path = LoadDataDialog(host, memory.coveragePath).Ask(&owner.SinkWindow());
+  if (!path) return;
   macro.NoteLoadStart();
-  loadPath = path;
-  memory.coveragePath = path;
+  loadPath = *path;
+  memory.coveragePath = *path;
   const std::size_t before = windows.size();
-  if (!LoadFile(path)) return;
+  if (!LoadFile(*path)) return;
   // A file window takes the place of the window that it was loaded from.
   const bool fileOpened = windows.size() > before && windows.back()->Record().kind == WindowKind::kFile;
   if (fileOpened && window != nullptr) owner.SinkWindow().Post(sink_message::kCloseChild, window->Frame());

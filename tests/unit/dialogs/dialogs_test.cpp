@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "dialogs/coverage_range_dialog.h"
+#include "dialogs/file_name_dialog.h"
 #include "dialogs/small_dialogs.h"
 #include "unit/dialogs/dialog_world.h"
 
@@ -74,6 +75,46 @@ TEST(GoToAddress, StaysInsideThePane) {
     EXPECT_EQ(result, row.result) << row.lines;
   }
   EXPECT_EQ(history.texts(), (std::vector<std::string>{"1000", "1fff"}));
+}
+
+TEST(CoverageFileNames, LoadDataFindsWhatSaveDataWrote) {
+  DialogWorld world;
+  const doubles::ScratchDisk disk;
+  disk.Put("space/demo/Debug/a", "");
+  platform::SetCurrentDirectory("C:\\space");
+  const auto save = [&](const std::string& name) {
+    std::string result = "none";
+    world.Act("type 9035 " + name + ";click 9037", [&] {
+      const auto answer = SaveDataDialog(&world.host, "").Ask(nullptr);
+      if (answer) result = answer->path + (answer->resolved ? "" : " unresolved");
+    });
+    return result;
+  };
+  const auto load = [&](const std::string& name, const std::string& current) {
+    std::optional<std::string> path;
+    world.Act("type 9014 " + name + ";click 9027",
+              [&] { path = LoadDataDialog(&world.host, current).Ask(nullptr); });
+    return path.value_or("none");
+  };
+  const std::string configuration = "C:\\space\\demo\\Debug\\", last = "C:\\last\\";
+  const struct {
+    std::string name, saved, loaded, loadedBesideLast;
+  } rows[] = {
+      {"name", "C:\\space\\name.cov", configuration + "name.cov", last + "name.cov"},
+      {"demo\\.\\n.COV", "C:\\space\\demo\\n.COV", configuration + "demo\\n.COV", last + "demo\\n.COV"},
+      {"$(CD)\\..\\n", "C:\\space\\demo\\n.cov", "C:\\space\\demo\\n.cov", "C:\\space\\demo\\n.cov"},
+      {"$(NOSUCH)\\n", "C:\\space\\demo\\n.cov unresolved", "C:\\space\\demo\\n.cov",
+       "C:\\space\\demo\\n.cov"},
+      {"\\n", "\\n.cov", "\\n.cov", "\\n.cov"},
+      {"C:n", "C:\\n.cov", "C:\\n.cov", "C:\\n.cov"},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(save(row.name), row.saved) << row.name;
+    EXPECT_EQ(load(row.name, ""), row.loaded) << row.name;
+    EXPECT_EQ(load(row.name, last + "x.cov"), row.loadedBesideLast) << row.name;
+  }
+  world.host.Withdraw(qal::iid::kWorkspace);
+  EXPECT_EQ(save("$(PROJDIR)\\n"), "C:\\space\\n.cov unresolved") << "never the root of the disk";
 }
 
 TEST(SavePrompt, OffersAllOnlyWhereThereAreMore) {
