@@ -64,13 +64,15 @@ qal::Status CCmd::GetCommandNames(qal::VariantArray** list) {
 }
 
 qal::Status CCmd::GetCommandNamesEx(qal::VariantArray** list, std::int32_t* id) {
-  if (id != nullptr) *id = commandId;
-  return GetCommandNames(list);
+  const qal::Status listed = GetCommandNames(list);
+  if (qal::Succeeded(listed) && id != nullptr) *id = commandId;
+  return listed;
 }
 
 qal::Status CCmd::ExecuteCommand(qal::WideText arguments, char16_t** result, char16_t** prompt,
                                  qal::Flag* wantsMore, std::uint16_t* statusWord,
                                  qal::IQCommandOutput* sink) {
+  if (result == nullptr) return qal::kFail;
   qal::Status outcome = qal::kFail;
   status = 0;
   output = sink;
@@ -92,7 +94,7 @@ qal::Status CCmd::ExecuteCommand(qal::WideText arguments, char16_t** result, cha
   }
   // What one line was given to is nothing to the next.
   output = nullptr;
-  if (result != nullptr) *result = platform::NewWide(text);
+  *result = platform::NewWide(text);
   if (prompt != nullptr) *prompt = platform::NewWide(moreInput != 0 ? promptText : std::string());
   if (wantsMore != nullptr) *wantsMore = moreInput != 0 ? qal::kTrue : qal::kFalse;
   if (statusWord != nullptr) *statusWord = status;

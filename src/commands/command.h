@@ -25,6 +25,8 @@ class CCmd : public qal::IQCmdClient2, public CObject {
   qal::Status QueryInterface(const qal::Guid* iid, void** out) override;
   std::uint32_t AddRef() override { return 1; }
   std::uint32_t Release() override { return 0; }
+  // Names and results are what these three calls are for: without a place for them nothing is done and they
+  // fail. The other places may be null.
   qal::Status GetCommandNames(qal::VariantArray** list) override;
   qal::Status ExecuteCommand(qal::WideText arguments, char16_t** result, char16_t** prompt,
                              qal::Flag* wantsMore, std::uint16_t* statusWord,
