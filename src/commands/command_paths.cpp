@@ -30,8 +30,9 @@ std::string WithSingleBackslashes(std::string_view path) {
 }  // namespace
 
 ResolvedPath ExpandPath(std::string_view typed, const PlaceholderResolver& placeholders) {
-  if (typed.starts_with('"')) typed.remove_prefix(1);
-  if (typed.ends_with('"')) typed.remove_suffix(1);
+  if (typed.size() >= 2 && typed.starts_with('"') && typed.ends_with('"')) {
+    typed = typed.substr(1, typed.size() - 2);
+  }
   ResolvedPath result;
   result.path = WithSingleBackslashes(placeholders.ExpandPlaceholders(typed, {}, &result.resolved));
   if (result.path.find("$(") != std::string::npos || platform::FilePart(result.path).empty())

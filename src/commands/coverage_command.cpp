@@ -1,5 +1,6 @@
 #include "commands/coverage_command.h"
 
+#include "commands/address_words.h"
 #include "commands/coverage_commands.h"
 #include "model/services.h"
 #include "platform/text.h"
@@ -33,16 +34,8 @@ qal::Status CCoverageCommand::Fail(std::string& result, std::uint32_t text) {
   return qal::kFail;
 }
 
-std::string CCoverageCommand::AddressText(std::uint32_t address) const {
-  auto* service = FindService<qal::IQAddressText>(host, qal::iid::kAddressText);
-  if (service == nullptr) return platform::Format("%08x", address);
-  platform::WideOut text;
-  return qal::Succeeded(service->AddressToText(address, 0, -1, 0, text.put())) ? text.str() : std::string();
-}
-
 std::string CCoverageCommand::NameOf(const CommandEntry& entry) const {
-  if (!entry.functionName.empty()) return entry.functionName;
-  return AddressText(entry.counts->start()) + "-" + AddressText(entry.counts->end());
+  return AddressWords(host).NameOf(entry.functionName, entry.counts->start(), entry.counts->end());
 }
 
 std::vector<std::unique_ptr<CCoverageCommand>> MakeCoverageCommands(CommandHost& owner) {

@@ -22,9 +22,6 @@ class CCoverageCommand : public CCmd {
   CommandModel& model() const { return view.Model(); }
   /// Sets the result and fails.
   static qal::Status Fail(std::string& result, std::uint32_t text);
-  /// Text of an address as the address-text service words it; empty when it fails, 8 digits without the
-  /// service.
-  std::string AddressText(std::uint32_t address) const;
   /// Function name of a window, or "start-end".
   std::string NameOf(const CommandEntry& entry) const;
 

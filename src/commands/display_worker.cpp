@@ -3,6 +3,7 @@
 #include <string>
 #include <thread>
 
+#include "commands/address_words.h"
 #include "model/instruction_walk.h"
 #include "model/services.h"
 #include "platform/text.h"
@@ -19,7 +20,7 @@ class DisplayWorkers::Listing {
         reader_(model),
         output_(output),
         instructions_(host),
-        addressTexts_(FindService<qal::IQAddressText>(host, qal::iid::kAddressText)),
+        words_(host),
         functionWord_(Text(strings::kFunctionWord)),
         rangeWord_(Text(strings::kRangeWord)),
         nothingText_(Text(strings::kCannotDisplay)) {
@@ -58,8 +59,8 @@ class DisplayWorkers::Listing {
 
   void WriteHeader(std::uint32_t number, const StoreDescription& store) {
     const bool isRange = store.functionName.empty();
-    const std::string name = isRange ? RangeEnd(store.start) + "-" + RangeEnd(store.end) : store.functionName;
-    Write("\t" + (isRange ? rangeWord_ : functionWord_) + " " + std::to_string(number) + ": " + name + "\n");
+    Write("\t" + (isRange ? rangeWord_ : functionWord_) + " " + std::to_string(number) + ": " +
+          words_.NameOf(store.functionName, store.start, store.end) + "\n");
   }
 
   void WriteRows(const StoreDescription& store) {
@@ -72,29 +73,13 @@ class DisplayWorkers::Listing {
       const CommandModel::CellRead read = model_.ReadCell(store.id, walk.address(), cell);
       if (read == CommandModel::CellRead::kGone) return;
       const bool counted = read == CommandModel::CellRead::kCell;
-      std::string address;
-      if (!AddressText(walk.address(), address)) address = instruction.addressText;
+      const std::string address = words_.Asked(walk.address()).value_or(std::string(instruction.addressText));
       const std::string times = counted ? std::to_string(cell.times) : " 0";
       Write(platform::Format("%8s%4s\t", times.c_str(),
                              std::string(PassText(counted ? cell.pass : 0)).c_str()) +
             address + "\t" + std::string(instruction.codeText) + "\t\n");
       ++rows_;
     }
-  }
-
-  bool AddressText(std::uint32_t address, std::string& text) const {
-    platform::WideOut wide;
-    if (addressTexts_ == nullptr ||
-        qal::Failed(addressTexts_->AddressToText(address, 0, -1, 0, wide.put()))) {
-      return false;
-    }
-    text = wide.str();
-    return true;
-  }
-
-  std::string RangeEnd(std::uint32_t address) const {
-    std::string text;
-    return AddressText(address, text) ? text : platform::Format("%08x", address);
   }
 
   void Write(const std::string& line) {
@@ -105,7 +90,7 @@ class DisplayWorkers::Listing {
   CommandModel::Reader reader_;
   qal::IQCommandOutput* output_;
   InstructionReader instructions_;
-  qal::IQAddressText* addressTexts_;
+  AddressWords words_;
   std::string functionWord_;
   std::string rangeWord_;
   std::string nothingText_;

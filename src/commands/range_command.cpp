@@ -1,5 +1,6 @@
 #include <array>
 
+#include "commands/address_words.h"
 #include "commands/arguments.h"
 #include "commands/command_paths.h"
 #include "commands/coverage_commands.h"
@@ -41,8 +42,7 @@ qal::Status CRangeCommand::DoCommand(const std::string& line, std::string& resul
 
 qal::Status CRangeCommand::OpenFile(const std::string& typed, std::string_view rest, std::string& result) {
   if (!OnlyBlanksRemain(rest)) return Fail(result, strings::kTooManyParameters);
-  std::string path = ExpandPath(typed, *SharedPlaceholders()).path;
-  if (HasNoExtension(path)) path += ".c";
+  const std::string path = WithDefaultExtension(ExpandPath(typed, *SharedPlaceholders()).path, ".c");
   if (!HasExtension(path, ".C") && !HasExtension(path, ".CPP"))
     return Fail(result, strings::kInvalidSourceFileName);
   const bool opened = model().OpenFile(path, false);
@@ -77,18 +77,21 @@ qal::Status CRangeCommand::SetRange(std::uint32_t start, std::uint32_t end, std:
 }
 
 qal::Status CRangeCommand::List(std::string& result) {
+  const AddressWords words(host);
   const std::uint32_t windows = model().windowCount();
   for (std::uint32_t number = 1; number <= windows; ++number) {
     const CommandEntry* entry = model().FirstEntry(number);
     if (entry == nullptr) continue;
-    WriteLine(platform::Format("\t%u\t", number) + NameOf(*entry) + " : " +
-              AddressText(entry->counts->start()) + " - " + AddressText(entry->counts->end()) + "\n");
+    WriteLine(platform::Format("\t%u\t", number) + NameOf(*entry) + " : " + words.Of(entry->counts->start()) +
+              " - " + words.Of(entry->counts->end()) + "\n");
   }
   if (windows != 0) return qal::kOk;
-  const std::string start = AddressText(model().commandStore().start());
-  const std::string end = AddressText(model().commandStore().end());
+  // Digits stand in for a text that the IDE does not give, but they are no success.
+  bool worded = true;
+  const std::string start = words.Of(model().commandStore().start(), &worded);
+  const std::string end = words.Of(model().commandStore().end(), &worded);
   result = Text(strings::kCoverageRange) + start + " - " + end;
-  return start.empty() || end.empty() ? qal::kFail : qal::kOk;
+  return worded ? qal::kOk : qal::kFail;
 }
 
 }  // namespace coverage

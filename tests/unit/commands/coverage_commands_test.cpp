@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include "command_world.h"
 #include "commands/coverage_automation.h"
@@ -65,6 +66,43 @@ TEST_F(CoverageCommandsTest, RangeOpensSourceFiles) {
   RunAll({{"cvr none.CPP", "Invalid coverage file !"}, {"cvr", "Coverage Range :0x00000000 - 0x00000000"}});
 }
 
+/// An address-text service that says nothing.
+struct SaysNothing final : doubles::StubAddressText {
+  qal::Status AddressToText(std::uint32_t, std::uint32_t, std::int32_t, std::uint32_t, char16_t**) override {
+    return qal::kFail;
+  }
+};
+
+TEST_F(CoverageCommandsTest, AddressesWithoutTextsAreDigits) {
+  SaysNothing failing;
+  for (const bool missing : {false, true}) {
+    world.host.Offer(failing);
+    if (missing) world.host.Withdraw(qal::iid::kAddressText);
+    RunAll({{"cvr 0xabc0 0xabcf", ""}, {"cvr", "Coverage Range :0000abc0 - 0000abcf !"}});
+    world.model.AddWindow(0x1000, 0x1003, "");
+    RunAll({{"cvr", "\n\t1\t00001000-00001003 : 00001000 - 00001003"},
+            {"cv", "\n\t00001000-00001003 : Enabled"}});
+    doubles::StubCommandOutput output;
+    world.Run("cvd", &output);
+    EXPECT_TRUE(output.WaitForEnd().starts_with("\trange 1: 00001000-00001003\n"));
+  }
+}
+
+TEST_F(CoverageCommandsTest, WithoutAPlaceForWhatIsAskedNothingIsDone) {
+  CCoverageCommand& command = *world.Named("cvr");
+  std::int32_t id = 7;
+  qal::Flag more = 7;
+  EXPECT_EQ(command.QueryInterface(&qal::iid::kCmdClient, nullptr), qal::kFail);
+  EXPECT_EQ(command.GetCommandNames(nullptr), qal::kFail);
+  EXPECT_EQ(command.GetCommandNamesEx(nullptr, &id), qal::kFail);
+  EXPECT_EQ(command.ExecuteCommand(platform::Wide("cvr 0x1000 0x1003").get(), nullptr, nullptr, &more,
+                                   nullptr, nullptr),
+            qal::kFail);
+  EXPECT_EQ(id, 7);
+  EXPECT_EQ(more, 7);
+  EXPECT_EQ(Range(), "0-0");
+}
+
 TEST_F(CoverageCommandsTest, ResetClearsWhatItNames) {
   world.Run("cvr $(PD)\\main.c");
   const auto times = [&](std::uint32_t window) {
@@ -86,15 +124,18 @@ TEST_F(CoverageCommandsTest, ResetClearsWhatItNames) {
 
 TEST_F(CoverageCommandsTest, SaveNamesAndPlacesItsFile) {
   world.Run("cvr 0x1000 0x1003");
+  ASSERT_EQ(mkfifo((world.disk.root() + "/nobody-reads.cov").c_str(), 0600), 0);
   RunAll({
       {"cvs out.TXT", ""},
       {"cvs {sub.txt}", ""},
       {"cvs D:\\$(PN)", ""},
       {"cvs \"C:\\space\\demo\\with blank.cov\"", ""},
       {"cvs $(PROJDIR)\\\\recorded.cov", ""},
+      {"cvs \"lone", ""},
+      {"cvs C:\\nobody-reads.cov", "The data cannot be saved, error in opening the file. !"},
   });
   for (const char* name : {"space/demo/out.TXT", "space/demo/sub.txt", "demo.cov",
-                           "space/demo/with blank.cov", "space/demo/recorded.cov"}) {
+                           "space/demo/with blank.cov", "space/demo/recorded.cov", "space/demo/\"lone.cov"}) {
     EXPECT_TRUE(world.disk.Has(name)) << name;
   }
 }
