@@ -95,7 +95,7 @@ class WithoutPipeSignal {
 };
 
 /// Where a name leads that has no file yet: links are followed to the name that they give.
-std::string BehindLinks(std::string name) {
+std::string FollowLinks(std::string name) {
   constexpr int kMostLinks = 40;
   char next[PATH_MAX];
   for (int links = 0; links < kMostLinks; ++links) {
@@ -204,7 +204,7 @@ int Descriptor::Close() {
 int OutputFile::Open(const std::string& native) {
   Discard();
   old_ = Descriptor(open(native.c_str(), O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
-  if (!old_) return errno == ENOENT ? CreateTemporary(BehindLinks(native), 0666) : errno;
+  if (!old_) return errno == ENOENT ? CreateTemporary(FollowLinks(native), 0666) : errno;
   struct stat old {};
   if (fstat(old_.get(), &old) != 0) return errno;
   if (!S_ISREG(old.st_mode)) {
