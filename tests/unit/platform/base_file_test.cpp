@@ -151,7 +151,11 @@ TEST_F(Files, KilledWritersLeaveAWholeFileAndNothingElse) {
   ASSERT_TRUE(ReplaceFile("C:\\f", contents[0]));
   for (int round = 0; round < 30; ++round) {
     const pid_t writer = fork();
-    for (int i = 0; writer == 0; ++i) ReplaceFile("C:\\f", contents[i % 2]);
+    ASSERT_GE(writer, 0);
+    if (writer == 0) {
+      for (int i = 0; i < 1000; ++i) ReplaceFile("C:\\f", contents[i % 2]);
+      _exit(0);
+    }
     usleep(static_cast<useconds_t>(3000 + 1000 * (round % 7)));
     kill(writer, SIGKILL);
     waitpid(writer, nullptr, 0);
