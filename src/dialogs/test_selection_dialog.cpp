@@ -104,26 +104,29 @@ void TestSelectionDialog::Fill() {
   }
 }
 
-std::string* TestSelectionDialog::MoveFrom(std::uint32_t listId, bool selected) {
+std::string* TestSelectionDialog::MarkedIn(std::uint32_t listId) {
   const auto* list = Item<platform::ListView>(listId);
   int left = list ? list->SelectionMark() : -1;
   if (left < 0) return nullptr;
+  const char mark = listId == kAvailable ? '-' : '+';
   for (std::string& token : selection_.tokens) {
-    if (token.size() <= kTokenMark || token[kTokenMark] != (selected ? '-' : '+') || left-- != 0) continue;
-    token[kTokenMark] = selected ? '+' : '-';
-    return &token;
+    if (token.size() > kTokenMark && token[kTokenMark] == mark && left-- == 0) return &token;
   }
   return nullptr;
 }
 
 void TestSelectionDialog::OnAdd() {
-  std::string* token = MoveFrom(kAvailable, true);
-  if (token && !AcceptsSize(*token)) (*token)[kTokenMark] = '-';
+  std::string* const token = MarkedIn(kAvailable);
+  if (!token) return;
+  // The question is a dialog of its own, and this one may have ended when it is answered; the list of tokens
+  // neither grows nor shrinks meanwhile.
+  (*token)[kTokenMark] = '+';
+  if (!AcceptsSize(*token)) (*token)[kTokenMark] = '-';
   Fill();
 }
 
 void TestSelectionDialog::OnRemove() {
-  MoveFrom(kTested, false);
+  if (std::string* const token = MarkedIn(kTested)) (*token)[kTokenMark] = '-';
   Fill();
 }
 
@@ -156,8 +159,8 @@ platform::LResult TestSelectionDialog::OnMessage(const platform::Message& receiv
   return CoverageDialog::OnMessage(received);
 }
 
-void TestSelectionEditor::Edit(ImageSelection& selection, std::uint32_t& bigRangeAnswer) {
-  TestSelectionDialog(host_, selection, bigRangeAnswer).Run(nullptr);
+bool TestSelectionEditor::Edit(ImageSelection& selection, std::uint32_t& bigRangeAnswer) {
+  return TestSelectionDialog(host_, selection, bigRangeAnswer).Run(nullptr);
 }
 
 }  // namespace coverage

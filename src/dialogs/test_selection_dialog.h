@@ -20,7 +20,8 @@ inline constexpr std::uint32_t kLimit = 0x3000;
 }  // namespace big_range
 
 /// "Edit Test Coverage": moves items between those that are available and those to be tested. The moves
-/// change the token list at once and stay whatever ends the dialog; the options are taken on OK.
+/// change the token list at once and stay whatever ends the dialog; the options are taken on OK. Both
+/// references belong to whoever runs the dialog, and nobody else may change them while it is open.
 class TestSelectionDialog final : public CoverageDialog {
  public:
   TestSelectionDialog(qal::IQHost* host, ImageSelection& selection, std::uint32_t& bigRangeAnswer);
@@ -36,8 +37,8 @@ class TestSelectionDialog final : public CoverageDialog {
   void EnableMoves();
   void Fill();
   void PrepareList(std::uint32_t listId);
-  /// Moves the item at the selection mark of a list; the moved token, or null.
-  std::string* MoveFrom(std::uint32_t listId, bool selected);
+  /// The token that is shown at the selection mark of a list, or null.
+  std::string* MarkedIn(std::uint32_t listId);
   /// Whether the token may be tested, as far as its size goes.
   bool AcceptsSize(const std::string& token);
 
@@ -49,7 +50,7 @@ class TestSelectionDialog final : public CoverageDialog {
 class TestSelectionEditor final : public ImageSelectionEditor {
  public:
   explicit TestSelectionEditor(qal::IQHost* host) : host_(host) {}
-  void Edit(ImageSelection& selection, std::uint32_t& bigRangeAnswer) override;
+  bool Edit(ImageSelection& selection, std::uint32_t& bigRangeAnswer) override;
 
  private:
   qal::IQHost* host_;

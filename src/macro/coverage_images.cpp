@@ -1,7 +1,9 @@
 #include "macro/coverage_images.h"
 
-#include <charconv>
+#include <cinttypes>
 
+#include "macro/image_escapes.h"
+#include "macro/name_pairing.h"
 #include "platform/text.h"
 
 namespace coverage {
@@ -15,15 +17,13 @@ std::string_view WithoutZeros(std::string_view addressText) {
 
 std::int32_t LowTimes(const CoverageCell& cell) { return static_cast<std::int32_t>(cell.times); }
 
-void AppendNumber(std::string& text, std::int32_t number) {
-  char digits[12];
-  const auto end = std::to_chars(digits, digits + sizeof digits, number).ptr;
-  text.append(digits, end);
+/// Whether an image's number tells the live count: it is the count, or what images are written with, its low
+/// 32 bits as a signed number.
+bool IsCountOf(std::int64_t count, const CoverageCell& cell) {
+  return static_cast<std::uint64_t>(count) == cell.times || count == LowTimes(cell);
 }
 
-void AppendItemHead(std::string& image, std::string_view token) {
-  image.append("(").append(StarsForBackslashes(token)).append(")");
-}
+std::string ItemHead(std::string_view token) { return "(" + WrittenToken(token) + ")"; }
 
 const char* ExecutedText(bool executed) { return executed ? "Executed" : "No"; }
 
@@ -56,7 +56,7 @@ CoverageImages::Found CoverageImages::FindWindow(std::string_view token) const {
     }
     for (const auto& [number, instance] : window->instances) {
       if (platform::EqualNoCase(RangeToken(instance->start, instance->end, true), token)) {
-        return {window, instance};
+        return {window, &*instance};
       }
     }
   }
@@ -66,33 +66,28 @@ CoverageImages::Found CoverageImages::FindWindow(std::string_view token) const {
 std::string CoverageImages::WriteSelection(const std::vector<std::string>& tokens) const {
   std::string text;
   for (const std::string& token : tokens) {
-    if (IsSelectedToken(token) && FindWindow(token).window) AppendItemHead(text, token);
+    if (IsSelectedToken(token) && FindWindow(token).window) text += ItemHead(token);
   }
   return text;
 }
 
-std::string CoverageImages::WriteImage(const std::vector<std::string>& tokens) const {
-  std::string image;
+void CoverageImages::WriteImage(const std::vector<std::string>& tokens, ImageOutput& image) const {
   for (const std::string& token : tokens) {
     if (!IsSelectedToken(token)) continue;
     const Found found = FindWindow(token);
     if (!found.window) continue;
-    AppendItemHead(image, token);
+    image.Append(ItemHead(token));
     if (found.instance) {
       AppendInstance(*found.instance, image);
       continue;
     }
     for (const auto& [number, instance] : found.window->instances) AppendInstance(*instance, image);
   }
-  return image;
 }
 
-void CoverageImages::AppendInstance(CoverageInstance& instance, std::string& image) const {
-  if (instance.isFunction()) {
-    image.append("~").append(instance.functionName).append("~");
-  } else {
-    image += platform::Format("~%x %x~", instance.start, instance.end);
-  }
+void CoverageImages::AppendInstance(CoverageInstance& instance, ImageOutput& image) const {
+  image.Append(instance.isFunction() ? "~" + WrittenName(instance.functionName) + "~"
+                                     : platform::Format("~%x %x~", instance.start, instance.end));
   CoverageCellTable& table = instance.counts->table();
   InstructionReader reader(host_);
   CachedInstructions source(windows_.Instructions(), reader);
@@ -100,10 +95,17 @@ void CoverageImages::AppendInstance(CoverageInstance& instance, std::string& ima
                   table.cellCount(), [&](std::uint32_t, const Instruction& instruction) {
                     const CoverageCell cell =
                         table.CellAt(AddressOfText(instruction.addressText)).value_or(CoverageCell{});
-                    image.append(WithoutZeros(instruction.addressText)).push_back(' ');
-                    AppendNumber(image, LowTimes(cell));
-                    image.append(" ").append(PassText(cell.pass)).push_back(' ');
+                    image.Entry(WithoutZeros(instruction.addressText), LowTimes(cell), PassText(cell.pass));
                   });
+}
+
+std::uint64_t CoverageImages::FirstAddress(CoverageInstance& instance) const {
+  if (instance.counts->table().cellCount() == 0) return kNoStart;
+  InstructionReader reader(host_);
+  CachedInstructions source(windows_.Instructions(), reader);
+  Instruction first;
+  InstructionWalk walk(instance.start, instance.end, reader.Alignment(), source);
+  return walk.Next(first) ? AddressOfText(first.addressText) : kNoStart;
 }
 
 ImageVerdict CoverageImages::VerifyImage(std::string_view image) const {
@@ -134,29 +136,39 @@ qal::Status CoverageImages::VerifyItem(const ImageItem& item, std::uint32_t opti
     messages += "not found in current system.&";
     return kRangeNotFound;
   }
-  ImageInstances instances(item.data);
-  if (found.instance) {
-    const ImageInstance first = instances.Next().value_or(ImageInstance{});
-    if (const qal::Status outcome = VerifyInstance(first.data, *found.instance, options, messages)) {
+  if (!found.instance) return VerifyFunctions(item, *found.window, options, messages);
+  const std::vector<ImageInstance> parts = SplitItem(item.data);
+  const std::string_view data = parts.empty() ? std::string_view() : parts.front().data;
+  const qal::Status outcome = VerifyInstance(data, *found.instance, options, messages);
+  messages += outcome == 0 ? " Test OK&" : "&";
+  return outcome;
+}
+
+// Functions of one file may share a name, and neither side keeps an order to tell them by: the list of the
+// window is sorted as the person likes, when the image is written as well as now, and the image's heads hold
+// names only. What does not depend on any sorting is where the functions lie. So on both sides those of a
+// name are put in the order of their first instructions, which the image's entries tell for its heads, and
+// the k-th belongs to the k-th. One without entries, as the debugger's refusal of its range leaves it, comes
+// last on both sides.
+qal::Status CoverageImages::VerifyFunctions(const ImageItem& item, const CoverageWindow& window,
+                                            std::uint32_t options, std::string& messages) const {
+  std::vector<CoverageInstance*> instances;
+  std::vector<NamedPart> live;
+  for (const auto& [number, instance] : window.instances) {
+    instances.push_back(&*instance);
+    live.push_back({instance->functionName, FirstAddress(*instance)});
+  }
+  const std::vector<ImageInstance> parts = SplitItem(item.data);
+  const std::vector<std::size_t> partners = PairByName(PartsOf(parts), live);
+  for (std::size_t i = 0; i < parts.size(); ++i) {
+    if (partners[i] == kNoPartner) {
+      messages.append(" Function \"").append(parts[i].name).append("\" not found in current system.&");
+      return kRangeNotFound;
+    }
+    if (const qal::Status outcome =
+            VerifyInstance(parts[i].data, *instances[partners[i]], options, messages)) {
       messages += "&";
       return outcome;
-    }
-  } else {
-    while (const auto part = instances.Next()) {
-      CoverageInstance* instance = nullptr;
-      for (const auto& [number, candidate] : found.window->instances) {
-        if (candidate->functionName != part->name) continue;
-        instance = candidate;
-        break;
-      }
-      if (!instance) {
-        messages.append(" Function \"").append(part->name).append("\" not found in current system.&");
-        return kRangeNotFound;
-      }
-      if (const qal::Status outcome = VerifyInstance(part->data, *instance, options, messages)) {
-        messages += "&";
-        return outcome;
-      }
     }
   }
   messages += " Test OK&";
@@ -191,10 +203,11 @@ qal::Status CoverageImages::VerifyInstance(std::string_view data, CoverageInstan
                                    Length(system), system.data());
       return kImageCorrupted;
     }
-    const std::int32_t count = CountOfField(*countField);
-    const bool differs = static_cast<std::uint64_t>(std::int64_t{count}) != cell.times;
+    const std::int64_t count = CountOfField(*countField);
+    const bool differs = !IsCountOf(count, cell);
     if ((options & kImageTimes) && differs) {
-      messages += platform::Format(" Instruction Execution Time mismatch at 0x%.*s -- Image: %d   System: %d",
+      messages += platform::Format(" Instruction Execution Time mismatch at 0x%.*s -- Image: %" PRId64
+                                   "   System: %d",
                                    Length(system), system.data(), count, LowTimes(cell));
       return kTimesMismatch;
     }

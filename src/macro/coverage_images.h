@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "macro/image_output.h"
 #include "macro/image_text.h"
 #include "model/coverage_window.h"
 #include "model/disassembly_cache.h"
@@ -43,9 +44,9 @@ class CoverageImages {
 
   /// Tokens of everything that is open, none selected.
   std::vector<std::string> ListItems() const;
-  /// The items of the selected tokens that match an open window; without version and options.
-  std::string WriteImage(const std::vector<std::string>& tokens) const;
-  /// The same without the items' data.
+  /// Appends the items of the selected tokens that match an open window; without version and options.
+  void WriteImage(const std::vector<std::string>& tokens, ImageOutput& image) const;
+  /// The same as a text, without the items' data.
   std::string WriteSelection(const std::vector<std::string>& tokens) const;
   /// Checks an image against what the windows hold now, with the options that the image carries.
   ImageVerdict VerifyImage(std::string_view image) const;
@@ -57,8 +58,12 @@ class CoverageImages {
   };
 
   Found FindWindow(std::string_view token) const;
-  void AppendInstance(CoverageInstance& instance, std::string& image) const;
+  void AppendInstance(CoverageInstance& instance, ImageOutput& image) const;
+  /// Address of the first instruction that an image has of an instance, or kNoStart.
+  std::uint64_t FirstAddress(CoverageInstance& instance) const;
   qal::Status VerifyItem(const ImageItem& item, std::uint32_t options, std::string& messages) const;
+  qal::Status VerifyFunctions(const ImageItem& item, const CoverageWindow& window, std::uint32_t options,
+                              std::string& messages) const;
   qal::Status VerifyInstance(std::string_view data, CoverageInstance& instance, std::uint32_t options,
                              std::string& messages) const;
 

@@ -24,15 +24,29 @@ qal::Status Guarded(Operation operation) {
   }
 }
 
-/// Hands a verdict out. A malformed image leaves the texts alone.
-qal::Status GiveVerdict(const ImageVerdict& verdict, char16_t** resultName, char16_t** messages,
-                        std::uint32_t* runStatus) {
-  if (runStatus && verdict.runStatus != 0) *runStatus = verdict.runStatus;
-  if (verdict.runStatus == 2) return kNothing;
-  if (resultName) *resultName = platform::NewWide(verdict.resultName);
-  if (messages) *messages = platform::NewWide(verdict.messages);
+/// Writes a text that the caller takes over.
+qal::Status GiveText(std::string_view text, char16_t** out) {
+  if (!out) return qal::kFail;
+  *out = platform::NewWide(text);
   return qal::kOk;
 }
+
+/// Where a verdict goes.
+struct VerdictOut {
+  char16_t** resultName;
+  char16_t** messages;
+  std::uint32_t* runStatus;
+
+  /// Whether a verdict can be written. The texts of one about a malformed image are not.
+  bool Takes(bool malformed) const { return runStatus && (malformed || (resultName && messages)); }
+  qal::Status Give(const ImageVerdict& verdict) const {
+    if (verdict.runStatus != 0) *runStatus = verdict.runStatus;
+    if (verdict.runStatus == 2) return kNothing;
+    *resultName = platform::NewWide(verdict.resultName);
+    *messages = platform::NewWide(verdict.messages);
+    return qal::kOk;
+  }
+};
 
 }  // namespace
 
@@ -47,6 +61,7 @@ CoverageTestClient::~CoverageTestClient() {
 }
 
 qal::Status CoverageTestClient::QueryInterface(const qal::Guid* identifier, void** out) {
+  if (!identifier || !out) return qal::kFail;
   *out = nullptr;
   if (*identifier == qal::iid::kUnknown || *identifier == qal::iid::kCoverageTestClient) {
     *out = static_cast<qal::IQCoverageTestClient*>(this);
@@ -61,19 +76,24 @@ qal::Status CoverageTestClient::QueryInterface(const qal::Guid* identifier, void
 qal::Status CoverageTestClient::GetClientInfo(char16_t** name, qal::Guid* client,
                                               qal::IQTestImageSource** component, std::uint32_t* number,
                                               char16_t** version) {
-  *name = platform::NewWide("Coverage");
-  *client = qal::id::kTestClient;
-  *component = component_;
-  *number = kClientNumber;
-  *version = platform::NewWide(kImageVersion);
-  return qal::kOk;
+  if (!name || !client || !component || !number || !version) return qal::kFail;
+  return Guarded([&] {
+    *name = platform::NewWide("Coverage");
+    *client = qal::id::kTestClient;
+    *component = component_;
+    *number = kClientNumber;
+    *version = platform::NewWide(kImageVersion);
+    return qal::kOk;
+  });
 }
 
 qal::Status CoverageTestClient::GetImage(char16_t** image) {
+  if (!image) return qal::kFail;
   return Guarded([&] {
-    std::string text = ImageHead(selection_.options);
-    if (windows_) text += CoverageImages(host_, *windows_).WriteImage(selection_.tokens);
-    *image = platform::NewWide(text);
+    ImageOutput output;
+    output.Append(ImageHead(selection_.options));
+    if (windows_) CoverageImages(host_, *windows_).WriteImage(selection_.tokens, output);
+    *image = output.Take();
     return qal::kOk;
   });
 }
@@ -81,8 +101,10 @@ qal::Status CoverageTestClient::GetImage(char16_t** image) {
 qal::Status CoverageTestClient::SetSelectionChecked(qal::WideText text, qal::Flag* unfinished) {
   return Guarded([&] {
     bool complete = false;
-    selection_ = ParseImageSelection(platform::Narrow(text), &complete);
-    if (complete && unfinished) *unfinished = qal::kFalse;
+    ImageSelection selection = ParseImageSelection(platform::Narrow(text), &complete);
+    if (complete && !unfinished) return qal::kFail;
+    selection_ = std::move(selection);
+    if (complete) *unfinished = qal::kFalse;
     return qal::kOk;
   });
 }
@@ -91,18 +113,23 @@ qal::Status CoverageTestClient::Verify(qal::WideText image, char16_t** resultNam
                                        std::uint32_t* runStatus) {
   return Guarded([&] {
     const std::string text = platform::Narrow(image);
+    const VerdictOut out{resultName, messages, runStatus};
+    if (!out.Takes(IsMalformed(text))) return qal::kFail;
     selection_ = ParseImageSelection(text);
     if (!windows_) return qal::kFail;
-    return GiveVerdict(CoverageImages(host_, *windows_).VerifyImage(text), resultName, messages, runStatus);
+    return out.Give(CoverageImages(host_, *windows_).VerifyImage(text));
   });
 }
 
 qal::Status CoverageTestClient::Compare(qal::WideText first, qal::WideText second, char16_t** resultName,
                                         char16_t** messages, std::uint32_t* runStatus) {
   return Guarded([&] {
-    const std::string text = platform::Narrow(first);
-    selection_ = ParseImageSelection(text);
-    return GiveVerdict(CompareImages(text, platform::Narrow(second)), resultName, messages, runStatus);
+    const std::string left = platform::Narrow(first);
+    const std::string right = platform::Narrow(second);
+    const VerdictOut out{resultName, messages, runStatus};
+    if (!out.Takes(IsMalformed(left) || IsMalformed(right))) return qal::kFail;
+    selection_ = ParseImageSelection(left);
+    return out.Give(CompareImages(left, right));
   });
 }
 
@@ -122,7 +149,14 @@ qal::Status CoverageTestClient::EditSelection() {
       }
     }
     selection_.tokens = std::move(tokens);
-    editor_->Edit(selection_, bigRangeAnswer_);
+    ImageSelection edited = selection_;
+    std::uint32_t answer = bigRangeAnswer_;
+    const std::weak_ptr<const bool> life = life_;
+    const bool confirmed = editor_->Edit(edited, answer);
+    if (life.expired()) return qal::kOk;
+    selection_.tokens = std::move(edited.tokens);
+    if (confirmed) selection_.options = edited.options;
+    bigRangeAnswer_ = answer;
     return qal::kOk;
   });
 }
@@ -134,8 +168,7 @@ qal::Status CoverageTestClient::TranslateImage(qal::WideText text, std::uint32_t
     }
     const std::string narrow = platform::Narrow(text);
     if (narrow.empty()) return kNothing;
-    *copy = platform::NewWide(narrow);
-    return qal::kOk;
+    return GiveText(narrow, copy);
   });
 }
 
@@ -147,51 +180,50 @@ qal::Status CoverageTestClient::SetSelection(qal::WideText text) {
 }
 
 qal::Status CoverageTestClient::GetSelection(char16_t** text) {
+  if (!text) return qal::kFail;
   return Guarded([&] {
     std::string selection = ImageHead(selection_.options);
     if (windows_) selection += CoverageImages(host_, *windows_).WriteSelection(selection_.tokens);
-    *text = platform::NewWide(selection);
-    return qal::kOk;
+    return GiveText(selection, text);
   });
 }
 
 qal::Status CoverageTestClient::GetCurrentImage(char16_t** image) {
+  if (!image) return qal::kFail;
   GetImage(image);
   return qal::kOk;
 }
 
 qal::Status CoverageTestClient::Reserved1(std::uintptr_t, std::uintptr_t) { return kNothing; }
 
-qal::Status CoverageTestClient::VerifyWithSelection(qal::WideText image, qal::WideText selection,
-                                                    char16_t** resultName, char16_t** messages,
-                                                    std::uint32_t* runStatus) {
-  SetSelectionAlias(selection);
+// The image that the next two hand on brings a selection of its own, which is the one that stays.
+
+qal::Status CoverageTestClient::VerifyWithSelection(qal::WideText image, qal::WideText, char16_t** resultName,
+                                                    char16_t** messages, std::uint32_t* runStatus) {
   return Verify(image, resultName, messages, runStatus);
 }
 
 qal::Status CoverageTestClient::CompareWithSelection(qal::WideText first, qal::WideText, qal::WideText second,
                                                      qal::WideText, char16_t** resultName,
                                                      char16_t** messages, std::uint32_t* runStatus) {
-  SetSelectionAlias(first);
   return Compare(first, second, resultName, messages, runStatus);
 }
 
 qal::Status CoverageTestClient::SetSelectionAlias(qal::WideText text) { return SetSelection(text); }
 
 qal::Status CoverageTestClient::GetDisplayName(char16_t** name) {
-  *name = platform::NewWide("Coverage test client");
-  return qal::kOk;
+  return Guarded([&] { return GiveText("Coverage test client", name); });
 }
 
 qal::Status CoverageTestClient::GetClientName(char16_t** name) {
-  *name = platform::NewWide("TectClientCoverage");
-  return qal::kOk;
+  return Guarded([&] { return GiveText("TectClientCoverage", name); });
 }
 
 qal::Status CoverageTestClient::Reserved2(std::uintptr_t) { return kNothing; }
 qal::Status CoverageTestClient::Reserved3(std::uintptr_t, std::uintptr_t) { return kNothing; }
 
 qal::Status CoverageTestClient::GetContextText(char16_t** text) {
+  if (!text) return qal::kFail;
   auto* project = FindService<qal::IQProject>(host_, qal::iid::kProject);
   if (!project) return qal::kFail;
   project->GetContextText(text);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 
 #include "macro/coverage_images.h"
@@ -8,18 +9,20 @@
 
 namespace coverage {
 
-/// Lets the person choose what goes into an image. The token list is changed in place whatever the answer is;
-/// the options only when the person confirmed.
+/// Lets the person choose what goes into an image.
 class ImageSelectionEditor {
  public:
-  virtual void Edit(ImageSelection& selection, std::uint32_t& bigRangeAnswer) = 0;
+  /// True when the person confirmed. The token list and the answer about big ranges are changed whatever the
+  /// answer is, the options only then. Whoever asked, and this object, may be gone when it returns.
+  virtual bool Edit(ImageSelection& selection, std::uint32_t& bigRangeAnswer) = 0;
 
  protected:
   ~ImageSelectionEditor() = default;
 };
 
 /// What the IDE's test framework drives: keeps the selection and the options, writes images, verifies and
-/// compares them. Registers itself with the host for as long as it lives. UI thread only.
+/// compares them. Registers itself with the host for as long as it lives. An out pointer that an operation
+/// would write through and that is null gives 0x80004005; then nothing is done. UI thread only.
 class CoverageTestClient final : public qal::IQCoverageTestClient,
                                  public qal::IQTestClientName,
                                  public qal::IQTestClientContext {
@@ -46,6 +49,9 @@ class CoverageTestClient final : public qal::IQCoverageTestClient,
                      std::uint32_t* runStatus) override;
   qal::Status Compare(qal::WideText first, qal::WideText second, char16_t** resultName, char16_t** messages,
                       std::uint32_t* runStatus) override;
+  /// The dialog works on a copy, so other operations go on as if it were not there. What it says wins when it
+  /// ends: its list and its answer about big ranges replace what the client then has, on OK its options, too.
+  /// Nothing comes of a dialog that the client does not outlive.
   qal::Status EditSelection() override;
   qal::Status TranslateImage(qal::WideText text, std::uint32_t kind, char16_t** copy) override;
   qal::Status SetSelection(qal::WideText text) override;
@@ -74,6 +80,7 @@ class CoverageTestClient final : public qal::IQCoverageTestClient,
   ImageSelectionEditor* editor_;
   ImageSelection selection_;
   std::uint32_t bigRangeAnswer_ = 0;
+  std::shared_ptr<const bool> life_ = std::make_shared<const bool>(true);  ///< ends with the client
 };
 
 }  // namespace coverage

@@ -1,6 +1,6 @@
 #include <algorithm>
+#include <cinttypes>
 #include <cstring>
-#include <unordered_map>
 
 #include "macro/coverage_images.h"
 #include "platform/text.h"
@@ -19,7 +19,7 @@ bool Same(std::string_view left, std::string_view right) {
   return left == right || platform::EqualNoCase(left, right);
 }
 
-const char* ExecutedText(std::int32_t count) { return count != 0 ? "Executed" : "No"; }
+const char* ExecutedText(std::int64_t count) { return count != 0 ? "Executed" : "No"; }
 
 /// How many characters from the beginning on are the same, of at most a stretch.
 std::size_t CommonLength(std::string_view left, std::string_view right) {
@@ -84,12 +84,12 @@ qal::Status CompareInstances(std::string_view firstData, std::string_view second
       messages += platform::Format("Execution information for 0x%.*s not found in image 2", size, text);
       return kImageCorrupted;
     }
-    const std::int32_t before = CountOfField(*firstCount);
-    const std::int32_t after = CountOfField(*secondCount);
+    const std::int64_t before = CountOfField(*firstCount);
+    const std::int64_t after = CountOfField(*secondCount);
     if ((options & kImageTimes) && before != after) {
-      messages +=
-          platform::Format("Instruction Execution Time mismatch at address 0x%.*s. Image_1: %d   Image_2: %d",
-                           size, text, before, after);
+      messages += platform::Format("Instruction Execution Time mismatch at address 0x%.*s. Image_1: %" PRId64
+                                   "   Image_2: %" PRId64,
+                                   size, text, before, after);
       return kTimesMismatch;
     }
     if ((options & kImageExecution) && before != after && (before == 0 || after == 0)) {
@@ -109,31 +109,27 @@ qal::Status CompareInstances(std::string_view firstData, std::string_view second
   return 0;
 }
 
-/// Instances of an item by name; of two with one name, the first.
-std::unordered_map<std::string_view, std::string_view> InstancesByName(std::string_view itemData) {
-  std::unordered_map<std::string_view, std::string_view> byName;
-  ImageInstances instances(itemData);
-  while (const auto instance = instances.Next()) byName.emplace(instance->name, instance->data);
-  return byName;
-}
-
 qal::Status CompareItems(const ImageItem& first, const ImageItem& second, std::uint32_t options,
                          std::string& messages) {
-  ImageInstances instances(first.data);
+  const std::vector<ImageInstance> left = SplitItem(first.data);
+  const std::vector<ImageInstance> right = SplitItem(second.data);
   if (!IsSourceToken(first.token)) {
-    const ImageInstance left = instances.Next().value_or(ImageInstance{});
-    const ImageInstance right = ImageInstances(second.data).Next().value_or(ImageInstance{});
-    return CompareInstances(left.data, right.data, options, messages);
+    const auto data = [](const std::vector<ImageInstance>& parts) {
+      return parts.empty() ? std::string_view() : parts.front().data;
+    };
+    return CompareInstances(data(left), data(right), options, messages);
   }
-  const auto others = InstancesByName(second.data);
-  while (const auto left = instances.Next()) {
-    const auto right = others.find(left->name);
-    if (right == others.end()) {
-      messages.append(" Function ").append(left->name).append(" not found in image 2&");
+  // The order of the heads says nothing: see where an image is verified.
+  const std::vector<std::size_t> partners = PairByName(PartsOf(left), PartsOf(right));
+  for (std::size_t i = 0; i < left.size(); ++i) {
+    if (partners[i] == kNoPartner) {
+      messages.append(" Function ").append(left[i].name).append(" not found in image 2&");
       return kRangeNotFound;
     }
-    if (const qal::Status outcome = CompareInstances(left->data, right->second, options, messages))
+    if (const qal::Status outcome =
+            CompareInstances(left[i].data, right[partners[i]].data, options, messages)) {
       return outcome;
+    }
   }
   return 0;
 }

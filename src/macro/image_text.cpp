@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <limits>
 
+#include "macro/image_escapes.h"
+#include "model/instruction_reader.h"
 #include "platform/text.h"
 
 namespace coverage {
@@ -52,7 +54,6 @@ std::string_view TokenLabel(std::string_view token) {
 }
 
 std::string StarsForBackslashes(std::string_view text) { return platform::ReplaceAll(text, "\\", "*"); }
-std::string BackslashesForStars(std::string_view text) { return platform::ReplaceAll(text, "*", "\\"); }
 
 ImageSelection ParseImageSelection(std::string_view text, bool* complete) {
   ImageSelection selection;
@@ -66,7 +67,7 @@ ImageSelection ParseImageSelection(std::string_view text, bool* complete) {
       if (complete) *complete = false;
       break;
     }
-    selection.tokens.push_back(BackslashesForStars(text.substr(open + 1, close - open - 1)));
+    selection.tokens.push_back(ReadToken(text.substr(open + 1, close - open - 1)));
     open = text.find('(', close);
   }
   return selection;
@@ -76,6 +77,11 @@ std::string ImageHead(std::uint32_t options) {
   return std::string(kImageVersion) + platform::Format("%02d", static_cast<std::int32_t>(options));
 }
 
+bool IsMalformed(std::string_view image) {
+  const std::size_t lastClose = image.rfind(')');
+  return image.find('(', lastClose == std::string_view::npos ? 0 : lastClose) != std::string_view::npos;
+}
+
 std::optional<std::vector<ImageItem>> SplitImage(std::string_view image) {
   std::vector<ImageItem> items;
   for (std::size_t open = image.find('('); open != std::string_view::npos;) {
@@ -83,22 +89,34 @@ std::optional<std::vector<ImageItem>> SplitImage(std::string_view image) {
     if (close == std::string_view::npos) return std::nullopt;
     const std::size_t next = image.find('(', close);
     const std::size_t end = std::min(next, image.size());
-    items.push_back({BackslashesForStars(image.substr(open + 1, close - open - 1)),
-                     image.substr(close + 1, end - close - 1)});
+    items.push_back(
+        {ReadToken(image.substr(open + 1, close - open - 1)), image.substr(close + 1, end - close - 1)});
     open = next;
   }
   return items;
 }
 
-std::optional<ImageInstance> ImageInstances::Next() {
-  if (rest_.empty() || rest_.front() != '~') return std::nullopt;
-  const std::size_t nameEnd = platform::FindChar(rest_, '~', 1);
-  if (nameEnd == std::string_view::npos) return std::nullopt;
-  const std::size_t dataEnd = std::min(rest_.find('~', nameEnd + 1), rest_.size());
-  const ImageInstance instance{rest_.substr(1, nameEnd - 1),
-                               rest_.substr(nameEnd + 1, dataEnd - nameEnd - 1)};
-  rest_ = rest_.substr(dataEnd);
-  return instance;
+std::vector<ImageInstance> SplitItem(std::string_view itemData) {
+  std::vector<ImageInstance> instances;
+  for (std::string_view rest = itemData; rest.starts_with('~');) {
+    const std::size_t nameEnd = platform::FindChar(rest, '~', 1);
+    if (nameEnd == std::string_view::npos) break;
+    const std::size_t dataEnd = std::min(rest.find('~', nameEnd + 1), rest.size());
+    instances.push_back(
+        {ReadName(rest.substr(1, nameEnd - 1)), rest.substr(nameEnd + 1, dataEnd - nameEnd - 1)});
+    rest.remove_prefix(dataEnd);
+  }
+  return instances;
+}
+
+std::vector<NamedPart> PartsOf(const std::vector<ImageInstance>& instances) {
+  std::vector<NamedPart> parts;
+  parts.reserve(instances.size());
+  for (const ImageInstance& instance : instances) {
+    const auto address = EntryReader(instance.data).Field();
+    parts.push_back({instance.name, address ? AddressOfText(*address) : kNoStart});
+  }
+  return parts;
 }
 
 std::string_view EntryReader::LastField(bool& ended) {
@@ -112,18 +130,19 @@ std::string_view EntryReader::LastField(bool& ended) {
 
 bool EntryReader::HasField() const { return rest().find(' ') != std::string_view::npos; }
 
-std::int32_t CountOfField(std::string_view field) {
+std::int64_t CountOfField(std::string_view field) {
   std::size_t at = 0;
   while (at < field.size() && field[at] == ' ') ++at;
   const bool negative = at < field.size() && field[at] == '-';
   if (negative || (at < field.size() && field[at] == '+')) ++at;
-  constexpr std::int64_t limit = std::int64_t{std::numeric_limits<std::int32_t>::max()} + 1;
-  std::int64_t value = 0;
-  for (; at < field.size() && field[at] >= '0' && field[at] <= '9' && value < limit; ++at) {
-    value = value * 10 + (field[at] - '0');
+  constexpr auto kMost = static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());
+  const std::uint64_t limit = negative ? kMost + 1 : kMost;
+  std::uint64_t value = 0;
+  for (; at < field.size() && field[at] >= '0' && field[at] <= '9'; ++at) {
+    const auto digit = static_cast<std::uint64_t>(field[at] - '0');
+    value = value > (limit - digit) / 10 ? limit : value * 10 + digit;
   }
-  value = std::min(value, negative ? limit : limit - 1);
-  return static_cast<std::int32_t>(negative ? -value : value);
+  return static_cast<std::int64_t>(negative ? 0 - value : value);
 }
 
 }  // namespace coverage

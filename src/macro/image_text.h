@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "macro/name_pairing.h"
 #include "qal/types.h"
 
 /// The text of a coverage image: version, options, then "(token)" and the data of each item. Plain functions
@@ -46,9 +47,8 @@ std::string RangeToken(std::uint32_t start, std::uint32_t end, bool selected);
 std::string SourceToken(std::string_view sourceFile, bool selected);
 /// What people are shown of a token: behind its last backslash, or its body.
 std::string_view TokenLabel(std::string_view token);
-/// Images hold no backslashes: each is written as "*", and read back. Safe for double-byte characters.
+/// Messages hold no backslashes: each is written as "*". Safe for double-byte characters.
 std::string StarsForBackslashes(std::string_view text);
-std::string BackslashesForStars(std::string_view text);
 
 /// What goes into an image, and how it is compared.
 struct ImageSelection {
@@ -65,22 +65,20 @@ struct ImageItem {
   std::string token;
   std::string_view data;  ///< into the image
 };
-/// None when a "(" has no ")" behind it.
+/// Whether a "(" has no ")" after it.
+bool IsMalformed(std::string_view image);
+/// None when the image is malformed.
 std::optional<std::vector<ImageItem>> SplitImage(std::string_view image);
 
 struct ImageInstance {
-  std::string_view name;  ///< function name, or "start end" of a range
-  std::string_view data;
+  std::string name;       ///< function name, or "start end" of a range
+  std::string_view data;  ///< into the image
 };
-/// Takes the instances off an item's data one by one; nothing where no "~name~" stands.
-class ImageInstances {
- public:
-  explicit ImageInstances(std::string_view itemData) : rest_(itemData) {}
-  std::optional<ImageInstance> Next();
-
- private:
-  std::string_view rest_;
-};
+/// The instances of an item's data, up to where no "~name~" stands.
+std::vector<ImageInstance> SplitItem(std::string_view itemData);
+/// What tells instances of equal names apart: their name and the address of their first entry. Valid as long
+/// as `instances`.
+std::vector<NamedPart> PartsOf(const std::vector<ImageInstance>& instances);
 
 /// Reads the fields of entries, each ended by a blank.
 class EntryReader {
@@ -123,7 +121,7 @@ class EntryReader {
   const char* end_;
 };
 
-/// Decimal number of a count field; as much of it as is one, within 32 signed bits.
-std::int32_t CountOfField(std::string_view field);
+/// Decimal number of a count field; as much of it as is one, within 64 signed bits.
+std::int64_t CountOfField(std::string_view field);
 
 }  // namespace coverage

@@ -1,6 +1,7 @@
 #include "workbench/console/image_file.h"
 
 #include <algorithm>
+#include <iterator>
 #include <optional>
 
 #include "platform/files.h"
@@ -17,15 +18,33 @@ constexpr int kFieldsOfInstruction = 3;  // address, count and outcome, a blank 
 constexpr std::string_view kProject = "$(PROJDIR)";
 constexpr std::string_view kBlanks = " \t\r";
 
-/// An image writes "*" for backslashes.
-std::string Starred(std::string_view directory) { return platform::ReplaceAll(directory, "\\", "*"); }
+/// A path as images write it: "*" for a backslash, and the characters that images are cut at in codes, which
+/// "%" in front of one of them has, too.
+std::string ImagePath(std::string_view path) {
+  constexpr struct {
+    std::string_view character, written;
+  } kWritten[] = {{"%28", "%2528"}, {"%29", "%2529"}, {"%7E", "%257E"}, {"%2A", "%252A"}, {"%25", "%2525"},
+                  {"(", "%28"},     {")", "%29"},     {"~", "%7E"},     {"*", "%2A"},     {"\\", "*"}};
+  std::string image;
+  for (std::size_t at = 0; at < path.size();) {
+    const std::string_view rest = path.substr(at);
+    const auto* const found =
+        std::find_if(std::begin(kWritten), std::end(kWritten),
+                     [rest](const auto& each) { return rest.starts_with(each.character); });
+    const bool plain = found == std::end(kWritten);
+    const std::size_t size = plain ? platform::CharLength(rest, 0) : found->character.size();
+    image += plain ? rest.substr(0, size) : found->written;
+    at += size;
+  }
+  return image;
+}
 
 bool EndsWithoutBlank(std::string_view line) { return line.ends_with(')') || line.ends_with('~'); }
 
 /// Where the line that begins at `from` ends: behind a bracket, a head or a blank.
 std::size_t EndOfLine(std::string_view image, std::size_t from) {
   const auto behind = [&](char last) {
-    const std::size_t at = image.find(last, from + 1);
+    const std::size_t at = platform::FindChar(image, last, from + 1);
     return at == std::string_view::npos ? image.size() : at + 1;
   };
   if (image[from] == '(') return behind(')');
@@ -69,7 +88,7 @@ std::string ReasonAgainst(const std::string& path) {
 }  // namespace
 
 std::string LinesOfImage(std::string_view image, std::string_view directory) {
-  const std::string base = Starred(directory) + "*";
+  const std::string base = ImagePath(directory) + "*";
   std::string lines(image.substr(0, kHeadSize));
   lines += '\n';
   for (std::size_t at = kHeadSize; at < image.size();) {
@@ -102,7 +121,7 @@ std::string ImageOfLines(std::string_view lines, std::string_view directory) {
     line = line.substr(0, line.find_last_not_of(kBlanks) + 1);
     if (line.empty()) continue;
     if (line.starts_with('(') && line.size() > kItemBody && line.substr(kItemBody).starts_with(kProject)) {
-      image.append(line.substr(0, kItemBody)).append(Starred(directory));
+      image.append(line.substr(0, kItemBody)).append(ImagePath(directory));
       line.remove_prefix(kItemBody + kProject.size());
     }
     image += line;

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 #include <random>
 #include <vector>
@@ -9,6 +10,7 @@
 #include "doubles/host.h"
 #include "doubles/target.h"
 #include "macro/coverage_test_client.h"
+#include "macro/image_escapes.h"
 
 namespace coverage {
 namespace {
@@ -41,6 +43,11 @@ class ImagesTest : public testing::Test, protected ImageWindows {
     window.instances[static_cast<std::uint32_t>(window.instances.size() + 1)] = instances.back().get();
     return *instances.back();
   }
+  void Number(CoverageWindow& window, const std::vector<CoverageInstance*>& parts) {
+    window.instances.clear();
+    for (CoverageInstance* part : parts)
+      window.instances[static_cast<std::uint32_t>(window.instances.size() + 1)] = part;
+  }
   void Execute(std::uint32_t address, std::uint64_t count, std::uint32_t pass = 0) {
     for (auto& instance : instances) instance->counts->AddOne(address, count, pass);
   }
@@ -54,7 +61,11 @@ class ImagesTest : public testing::Test, protected ImageWindows {
 
   CoverageImages Images() { return {&host, *this}; }
   std::string Image(const std::vector<std::string>& tokens, std::uint32_t options = 15) {
-    return ImageHead(options) + Images().WriteImage(tokens);
+    ImageOutput image;
+    image.Append(ImageHead(options));
+    Images().WriteImage(tokens, image);
+    const std::unique_ptr<char16_t, decltype(&qal::FreeText)> text(image.Take(), qal::FreeText);
+    return platform::Narrow(qal::WideText{text.get()});
   }
 
   doubles::HostDouble host;
@@ -85,8 +96,8 @@ TEST_F(ImagesTest, WritesWhatIsSelectedAndOpen) {
   EXPECT_EQ(Image({"rng+0x0 - 0x3"}, 3), "1.003(rng+0x0 - 0x3)~0 3~00000000 0 - 2 0 - ");
 }
 
-/// Whatever is open: an image passes at once and equals itself; when one cell changes, the first option that
-/// looks at what changed tells it, with the cell's address.
+/// Whatever is open, under whatever names and however it is sorted since: an image passes and equals itself;
+/// when one cell changes, the first option that looks at what changed tells it, with the cell's address.
 TEST_F(ImagesTest, AnyImagePassesUntilACellChanges) {
   std::mt19937 random(7);
   for (int round = 0; round < 60; ++round) {
@@ -96,23 +107,34 @@ TEST_F(ImagesTest, AnyImagePassesUntilACellChanges) {
     for (std::uint32_t count = 1 + random() % 4; count > 0; --count) {
       const bool ofFile = random() % 2 == 0;
       CoverageWindow& window = Open(ofFile ? WindowKind::kFile : WindowKind::kRange,
-                                    ofFile ? platform::Format("C:\\space\\demo\\%u.c", count) : "");
+                                    ofFile ? platform::Format("C:\\a (%%28)*~\\%u.c", count) : "");
       for (std::uint32_t part = random() % 4 + 1; part > 0; --part) {
         const std::uint32_t start = next + 2 * (random() % 8);
         next = start + 2 + 2 * (random() % 16);
-        Add(window, start, next - 1, ofFile ? platform::Format("f%u", part) : "");
+        const char* const names[] = {"f", "(anonymous namespace)::T::~T(char*)", "%7E%25"};
+        Add(window, start, next - 1, ofFile ? names[random() % 3] : "");
       }
     }
     for (std::uint32_t at = 0; at < next; at += 2) Execute(at, random() % 3, random() % 4);
     std::vector<std::string> all = Images().ListItems();
     for (std::string& token : all) token[3] = '+';
+    const auto sort = [&] {
+      for (auto& window : windows) {
+        std::vector<CoverageInstance*> parts;
+        for (const auto& [number, part] : window->instances) parts.push_back(&*part);
+        std::shuffle(parts.begin(), parts.end(), random);
+        Number(*window, parts);
+      }
+    };
 
     const CoverageInstance& changed = *instances[random() % instances.size()];
     const std::uint32_t at = changed.start + 2 * (random() % ((changed.end - changed.start + 1) / 2));
     const CoverageCell before = *changed.counts->Lookup(at);
     std::vector<std::string> kept;
     for (std::uint32_t options = 0; options < 16; ++options) {
+      sort();
       kept.push_back(Image(all, options));
+      sort();
       EXPECT_EQ(Told(Images().VerifyImage(kept.back())), "0||");
       EXPECT_EQ(Told(CompareImages(kept.back(), kept.back())), "0||");
     }
@@ -175,6 +197,55 @@ TEST_F(ImagesTest, OneChangedCellIsToldByItsKind) {
   }
 }
 
+TEST_F(ImagesTest, AnyCountPassesAtOnceAndItsLowBitsTellAChange) {
+  for (const std::uint64_t count :
+       {0x7fffffffULL, 0x80000000ULL, 0xffffffffULL, 0x100000000ULL, 5000000000ULL}) {
+    instances[0]->counts->Clear();
+    Execute(0x1004, count);
+    const std::string exact = platform::Format("1.007(%s)~1000 1007~1000 0 - 1002 0 - 1004 %llu - 1006 0 - ",
+                                               both[0].c_str(), static_cast<unsigned long long>(count));
+    const std::vector<std::string> kept = {Image({both[0]}, 3), Image({both[0]}, 7), exact};
+    for (const std::string& image : kept) EXPECT_EQ(Told(Images().VerifyImage(image)), "0||") << image;
+    Execute(0x1004, 1);
+    EXPECT_EQ(Images().VerifyImage(kept[1]).resultName, "Instruction execution time mismatch") << kept[1];
+    EXPECT_EQ(Images().VerifyImage(exact).resultName, "Instruction execution time mismatch") << count;
+  }
+}
+
+TEST_F(ImagesTest, NamesAndPathsAreReadAsTheyWereWritten) {
+  const struct {
+    std::uint32_t codePage;
+    const char *text, *name, *token;
+  } rows[] = {
+      {platform::kUtf8, "a::~b(c*)", "a::%7Eb%28c%2A%29", "a::%7Eb%28c%2A%29"},
+      {platform::kUtf8, "C:\\x\\y", "C:\\x\\y", "C:*x*y"},
+      {platform::kUtf8, "%28 %7E %7e %2 100%", "%2528 %257E %7e %2 100%", "%2528 %257E %7e %2 100%"},
+      {platform::kUtf8, "%%25(%(", "%%2525%28%%28", "%%2525%28%%28"},
+      // Second bytes that are a backslash and a tilde by themselves.
+      {platform::kShiftJis, "\x83\x5C\x83\x7E~\\", "\x83\x5C\x83\x7E%7E\\", "\x83\x5C\x83\x7E%7E*"},
+  };
+  for (const auto& row : rows) {
+    platform::SetCodePage(row.codePage);
+    EXPECT_EQ(WrittenName(row.text), row.name);
+    EXPECT_EQ(WrittenToken(row.text), row.token);
+    EXPECT_EQ(ReadName(row.name), row.text);
+    EXPECT_EQ(ReadToken(row.token), row.text);
+  }
+  platform::SetCodePage(platform::kUtf8);
+}
+
+TEST_F(ImagesTest, OfEqualNamesTheRefusedOneStaysRefused) {
+  file->instances.clear();
+  Add(*file, 0x2000, 0x2003, "f").counts = std::make_unique<CoverageCounts>(&host);
+  CoverageInstance& counted = Add(*file, 0x2004, 0x2007, "f");
+  Number(*file, {&counted, instances[instances.size() - 2].get()});
+  const std::string image = Image({both[1]}, 3);
+  EXPECT_EQ(Told(Images().VerifyImage(image)), "0||") << image;
+  Number(*file, {instances[instances.size() - 2].get(), &counted});
+  EXPECT_EQ(Told(Images().VerifyImage(image)), "0||");
+  EXPECT_EQ(Told(CompareImages(image, Image({both[1]}, 3))), "0||");
+}
+
 TEST_F(ImagesTest, WhatIsMissingIsNamed) {
   const std::string image = Image(both, 3);
   const struct {
@@ -225,6 +296,9 @@ TEST_F(ImagesTest, WhatIsMissingIsNamed) {
   for (const auto& row : compared) EXPECT_EQ(Told(CompareImages(one, row.second)), row.told) << row.second;
   EXPECT_EQ(Told(CompareImages("1.015(src+a.c)~f~1000 1 - ~g~", "1.015(src+a.c)~f~1000 1 - ")),
             "1|Range not found|Range a.c:& Function g not found in image 2&&&");
+  EXPECT_EQ(
+      Told(CompareImages("1.015(src+a.c)~f~1000 1 - ~f~2000 2 - ", "1.015(src+a.c)~f~2000 2 - ~f~1000 1 - ")),
+      "0||");
   EXPECT_EQ(
       Told(CompareImages("1.015(rng+0x0 - 0x1)~0 1~0 ", "1.015(rng+0x0 - 0x1)~0 1~0 1 - ")),
       "1|Image file corrupted|Range 0x0 - 0x1:&Address 0x0 execution information not found in image 1&&");

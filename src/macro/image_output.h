@@ -1,0 +1,44 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace coverage {
+
+/// Puts the text of an image together as the block that crosses the interface. Entries pass through a small
+/// chunk, so that an image of millions of them is written to memory once. Operations throw std::bad_alloc
+/// when memory is out or a text would be too long. UI thread only.
+class ImageOutput {
+ public:
+  ImageOutput() = default;
+  ~ImageOutput();
+  ImageOutput(const ImageOutput&) = delete;
+  ImageOutput& operator=(const ImageOutput&) = delete;
+
+  /// Whole characters of the system code page.
+  void Append(std::string_view text);
+  /// One entry, each of its three fields with a blank after it.
+  void Entry(std::string_view address, std::int32_t count, std::string_view pass);
+  /// The text, which the caller frees with qal::FreeText. Once.
+  char16_t* Take();
+
+ private:
+  static constexpr std::size_t kChunk = 16 * 1024;
+  static constexpr std::size_t kLongestEntry = 128;
+
+  void Flush();
+  void AppendWide(std::string_view text);
+  /// Room for so many units and the zero after them.
+  void Grow(std::size_t units);
+  char16_t* Text() const;
+
+  std::array<char, kChunk> chunk_;
+  std::size_t filled_ = 0;
+  char* block_ = nullptr;  ///< of malloc: room for a length, then the units
+  std::size_t units_ = 0;
+  std::size_t room_ = 0;  ///< units
+};
+
+}  // namespace coverage
