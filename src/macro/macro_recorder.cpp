@@ -25,6 +25,13 @@ std::string FileQuestion(const std::string& fullPath) {
   return platform::ReplaceAll(Text(strings::kMacroFilePrompt), "---", name);
 }
 
+/// As the command line takes it for one word: in braces, or in quotes when a brace inside would end it.
+std::string AsOneWord(const std::string& path) {
+  if (path.find(' ') == std::string::npos && !path.starts_with('{')) return path;
+  const bool braced = platform::FindChar(path, '}') == std::string::npos;
+  return (braced ? "{" : "\"") + path + (braced ? "}" : "\"");
+}
+
 /// "cv " with the number of the instance, unless all are meant.
 std::string CoverageCommand(std::uint32_t number, const char* state) {
   if (number == MacroRecorder::kAll) return std::string("cv ") + state;
@@ -43,12 +50,15 @@ void MacroRecorder::StartWatch() {
 }
 
 std::string MacroRecorder::PathForm(const std::string& path) const {
-  return platform::ReplaceAll(PlaceholderResolver(host_).CollapsePlaceholders(path), "\\", "\\\\");
+  return AsOneWord(platform::ReplaceAll(PlaceholderResolver(host_).CollapsePlaceholders(path), "\\", "\\\\"));
 }
 
 void MacroRecorder::AskAndRecord(const std::string& command, const std::string& question) {
   StartWatch();
-  macroFollowOn_ = owner_.AskMacroQuestion(question);
+  const std::weak_ptr<const bool> life = life_;
+  const bool yes = owner_.AskMacroQuestion(question);
+  if (life.expired()) return;
+  macroFollowOn_ = yes;
   auto* recorder = FindService<qal::IQMacroRecorder>(host_, qal::iid::kMacroRecorder);
   if (macroFollowOn_ && recorder) recorder->RecordLine(platform::Wide(command).get());
 }

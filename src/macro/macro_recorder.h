@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -40,6 +41,12 @@ class MacroRecorder {
 
   /// Both borrowed; `host` may be null: then nothing is ever recorded.
   MacroRecorder(qal::IQHost* host, MacroRecorderHost& owner) : host_(host), owner_(owner) {}
+  MacroRecorder(const MacroRecorder&) = delete;
+  MacroRecorder& operator=(const MacroRecorder&) = delete;
+
+  /// The IDE is not called from then on. A question may be open then, and the recorder may even go while it
+  /// is: its answer comes to nothing.
+  void End() { host_ = nullptr; }
 
   // Windows: these ask.
   void RecordFileWindow(const std::string& typedPath, const std::string& fullPath);
@@ -68,7 +75,8 @@ class MacroRecorder {
   void StartWatch();
   void AskAndRecord(const std::string& command, const std::string& question);
   void RecordFollowOn(qal::IQMacroRecorder& recorder, const std::string& command) const;
-  /// Collapsed into placeholders, backslashes doubled.
+  /// As one word of a command line: collapsed into placeholders, backslashes doubled; in braces when it holds
+  /// a blank, in quotes when it then holds a closing brace. An empty one stays empty.
   std::string PathForm(const std::string& path) const;
 
   qal::IQHost* host_;
@@ -78,6 +86,7 @@ class MacroRecorder {
   bool macroResetPending_ = false;
   std::string macroPendingReset_;
   std::uint32_t macroTimer_ = 0;
+  std::shared_ptr<const bool> life_ = std::make_shared<const bool>(true);  ///< ends with the recorder
 };
 
 }  // namespace coverage

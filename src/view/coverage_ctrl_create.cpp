@@ -51,6 +51,7 @@ void CJepCoverageCtrl::End() {
   if (std::exchange(ended, true)) return;
   const platform::ResourceScope scope(Resources());
   options->Withdraw();
+  macro.End();
   // The listings of "coverage_display" read the model: they end with their command, before the model goes.
   while (!commands.empty()) commands.erase(commands.begin());
   model->Withdraw();

@@ -102,10 +102,13 @@ void OnMacro(Console& console, Words& words) {
   MacroRecorder& macro = console.ide().Macro();
   const std::string what = words.Take("start, stop, show, save or play");
   const bool play = SameWord(what, "play");
-  if (play || SameWord(what, "save")) {
+  const bool save = SameWord(what, "save");
+  const bool start = SameWord(what, "start");
+  if (macro.Recording() && (play || save || start))
+    throw VerbError("the macro is being recorded; macro stop ends that");
+  if (play || save) {
     const std::string file = words.Rest();
     const std::string path = file.empty() ? file : console.ide().PathFor(file);
-    if (macro.Recording()) throw VerbError("the macro is being recorded; macro stop ends that");
     if (play) return console.Play(file.empty() ? macro.Lines() : ReadMacro(file, path));
     if (file.empty()) throw VerbError("the file is missing");
     std::string error;
@@ -113,7 +116,7 @@ void OnMacro(Console& console, Words& words) {
     return;
   }
   words.End();
-  if (SameWord(what, "start")) {
+  if (start) {
     macro.Start();
   } else if (SameWord(what, "stop")) {
     macro.Stop();

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include "doubles/host.h"
 #include "doubles/ide_services.h"
 #include "doubles/project_services.h"
@@ -25,9 +27,10 @@ class RecorderTest : public testing::Test, protected MacroRecorderHost {
   void StopMacroTimer(std::uint32_t) override { ++timersStopped; }
   bool AskMacroQuestion(const std::string& question) override {
     questions += question + '\n';
+    if (meanwhile) meanwhile();
     return answer;
   }
-  std::string LoadPath() const override { return "C:\\space\\demo\\cov\\b.COV"; }
+  std::string LoadPath() const override { return loadPath; }
 
   std::string Lines() {
     std::string text;
@@ -41,7 +44,9 @@ class RecorderTest : public testing::Test, protected MacroRecorderHost {
   doubles::StubWorkspace workspace;
   MacroRecorder recorder{&host, *this};
   std::string questions;
+  std::string loadPath = "C:\\space\\demo\\cov\\b.COV";
   bool answer = true;
+  std::function<void()> meanwhile;
   int timersStarted = 0;
   int timersStopped = 0;
 };
@@ -97,6 +102,35 @@ TEST_F(RecorderTest, WindowsAskAndTheirCommandsFollowTheAnswer) {
             "cvr $(PROJDIR)\\\\main.c\n"
             "cv enable\n");
   EXPECT_EQ(timersStarted, 1);
+}
+
+TEST_F(RecorderTest, APathThatABlankWouldDivideStaysOneWord) {
+  const struct {
+    const char *path, *word;
+  } rows[] = {
+      {"D:\\my data\\a.cov", "{D:\\\\my data\\\\a.cov}"},
+      {"D:\\my {data}\\a.cov", "\"D:\\\\my {data}\\\\a.cov\""},
+      {"C:\\space\\demo\\a b.cov", "{$(PROJDIR)\\\\a b.cov}"},
+      {"{a}.c", "\"{a}.c\""},
+      {"a}.c", "a}.c"},
+  };
+  for (const auto& row : rows) {
+    loadPath = row.path;
+    recorder.RecordFileWindow(row.path, row.path);
+    recorder.RecordSave(row.path);
+    recorder.RecordLoad(row.path);
+    const std::string word = row.word;
+    EXPECT_EQ(Lines(), "cvr " + word + "\ncvs " + word + "\ncvl " + word + "\n");
+  }
+}
+
+TEST_F(RecorderTest, AQuestionMayOutliveTheRecorder) {
+  meanwhile = [this] { recorder.End(); };
+  recorder.RecordRangeWindow(0x1000, 0x1fff);
+  auto* const other = new MacroRecorder(&host, *this);
+  meanwhile = [other] { delete other; };
+  other->RecordRangeWindow(0x1000, 0x1fff);
+  EXPECT_EQ(Lines(), "");
 }
 
 TEST_F(RecorderTest, ARangeEditIsRecordedOnceAndOnlyWhenArmed) {
