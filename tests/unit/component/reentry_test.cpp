@@ -8,34 +8,78 @@
 namespace coverage {
 namespace {
 
-using Act = std::function<void(Person&)>;
+/// Something happens when the IDE asks the next question.
+struct Questions final : doubles::StubMessageOptions {
+  using StubMessageOptions::StubMessageOptions;
+  std::function<void()> asked;
+  qal::Status AskOption(qal::Guid option, qal::WideText message, qal::Flag* out) override {
+    if (asked) std::exchange(asked, nullptr)();
+    return StubMessageOptions::AskOption(option, message, out);
+  }
+};
+
+struct Visitor : Person {
+  Visitor() {
+    questions.state = world.options.state;
+    world.host.Offer(questions);
+  }
+  /// Of the first component that has one, or null.
+  qal::IQCoverageTestClient* TestClient() {
+    const auto found = world.host.Registered<qal::IQCoverageTestClient>(qal::iid::kCoverageTestClient);
+    return found.empty() ? nullptr : found.front();
+  }
+  Questions questions{world.log};
+};
+
+using Act = std::function<void(Visitor&)>;
 
 /// The lines get "meanwhile" in front: it happens when the dialog or menu has just opened.
-Act OnPane(WindowKind kind, std::uint32_t command, const std::string& lines) {
-  return [=](Person& person) { person.Choose(person.Data(kind), command, "meanwhile;" + lines); };
+Act OnPane(WindowKind kind, std::uint32_t command, const std::string& lines,
+           const std::string& first = "meanwhile;") {
+  return [=](Visitor& person) { person.Choose(person.Data(kind), command, first + lines); };
 }
 Act OnStatistics(WindowKind kind, std::uint32_t command, const std::string& lines) {
-  return [=](Person& person) {
+  return [=](Visitor& person) {
     person.OnList(person.Window(kind), "row 0");
     person.Choose(person.Window(kind), command, "meanwhile;" + lines);
   };
 }
 Act InDialog(const std::string& lines) {
-  return [=](Person& person) { person.Open(lines); };
+  return [=](Visitor& person) { person.Open(lines); };
 }
 Act OnHeader(bool data) {
-  return [=](Person& person) {
+  return [=](Visitor& person) {
     CCoverageListCtrl& list =
         data ? person.Data(WindowKind::kRange)->List() : person.Window(WindowKind::kRange)->List();
     person.Do("meanwhile;menu cancel", [&] { platform::ActOnList(list, "context header 0"); });
   };
 }
 
-const std::vector<std::pair<const char*, Act>>& Openers() {
+constexpr char kCleared[] = "check 9059 off;click 9017;";  ///< the answer to a clearing's question
+/// While the IDE records a macro: it happens when the question about what will be recorded is open.
+Act Recorded(const Act& act) {
+  return [act](Visitor& person) {
+    person.world.recorder.recording = true;
+    person.questions.asked = person.meanwhile;
+    act(person);
+  };
+}
+/// Over two small ranges, a big one and a file.
+Act InSelection(const std::string& lines) {
+  return [=](Visitor& person) {
+    person.Open("type 9005 0x3000;type 9006 0x7000;click 9029");
+    person.Do(lines, [&] { person.TestClient()->EditSelection(); });
+  };
+}
+
+constexpr std::string_view kTestSelection = "test selection";
+constexpr std::string_view kBigRange = "big range of a test selection";
+
+const std::vector<std::pair<std::string_view, Act>>& Openers() {
   using namespace pane_command;
   constexpr auto kRange = WindowKind::kRange;
   constexpr auto kFile = WindowKind::kFile;
-  static const std::vector<std::pair<const char*, Act>> openers = {
+  static const std::vector<std::pair<std::string_view, Act>> openers = {
       {"open a range", InDialog("meanwhile;type 9005 0x2800;type 9006 0x28ff;click 9029")},
       {"open a file", InDialog("click 9040;meanwhile;type 9041 C:\\space\\demo\\main.c;click 9029")},
       {"placeholder menu", InDialog("click 9040;click 9042;meanwhile;menu 33411;click 9030")},
@@ -63,37 +107,41 @@ const std::vector<std::pair<const char*, Act>>& Openers() {
       {"header menu of the data", OnHeader(true)},
       {"header menu of the list", OnHeader(false)},
       {"close",
-       [](Person& p) {
+       [](Visitor& p) {
          const qal::WindowHandle frame = p.Window(WindowKind::kRange)->Frame();
          p.Do("meanwhile;check 9059 off;click 9017",
               [&] { p.View()->Send(sink_message::kCloseChild, frame); });
        }},
       {"download",
-       [](Person& p) {
+       [](Visitor& p) {
          p.Do("meanwhile;click 9031;type 9035 C:\\new;click 9037",
               [&] { p.component->OnDebugEvent(&qal::event::kDownload); });
        }},
       {"session saving",
-       [](Person& p) {
+       [](Visitor& p) {
          auto* client = p.world.host.Registered<qal::IQWorkSpaceClient2>(qal::iid::kWorkSpaceClient2).front();
          p.Do("meanwhile;click 9031;type 9035 C:\\new;click 9037",
               [&] { client->OnSessionSaving(nullptr, nullptr, nullptr); });
        }},
-      {"test selection",
-       [](Person& p) {
-         auto* client =
-             p.world.host.Registered<qal::IQCoverageTestClient>(qal::iid::kCoverageTestClient).front();
-         p.Do("meanwhile;list 2214 row 0;click 2215;click 2234", [&] { client->EditSelection(); });
-       }},
+      {"macro question of a range", Recorded(InDialog("type 9005 0x2800;type 9006 0x28ff;click 9029"))},
+      {"macro question of a file",
+       Recorded(InDialog("click 9040;type 9041 C:\\space\\demo\\main.c;click 9029"))},
+      {"macro question of an edited range",
+       Recorded(OnPane(kRange, kEditRange, "type 204 0x1000;type 205 0x11ff;click 9021", kCleared))},
+      {"macro question of another source",
+       Recorded(OnPane(kFile, kEditRange, "type 9046 C:\\space\\demo\\main.c;click 9021", kCleared))},
+      {kTestSelection, InSelection("meanwhile;list 2214 row 0;click 2215;click 2234")},
+      {kBigRange, InSelection("list 2214 row 2;click 2215;meanwhile;click 2224;click 2234")},
   };
   return openers;
 }
 
 /// Opens everything, one after the other in a fresh IDE, and lets the interruption happen meanwhile.
-void Interrupt(const Act& interruption) {
+void Interrupt(const Act& interruption, bool onlyOfTests = false) {
   for (const auto& [what, act] : Openers()) {
+    if (onlyOfTests && what != kTestSelection && what != kBigRange) continue;
     SCOPED_TRACE(what);
-    Person person;
+    Visitor person;
     ASSERT_TRUE(person.Begin());
     person.other->Initialize(&person.world.host, qal::kTrue);
     person.OpenRange();
@@ -108,7 +156,7 @@ void Interrupt(const Act& interruption) {
       instance->percentage = 5;
     }
     const auto ask = [&](bool on) {
-      for (std::uint32_t option = 1; option <= 4; ++option) person.world.options.state[option] = on;
+      for (std::uint32_t option = 1; option <= 4; ++option) person.questions.state[option] = on;
     };
     ask(true);
     EXPECT_EQ(person.slips, "");
@@ -132,7 +180,7 @@ void Interrupt(const Act& interruption) {
 }
 
 TEST(Reentry, WindowsAreClosedWhileSomethingIsOpen) {
-  Interrupt([](Person& p) {
+  Interrupt([](Visitor& p) {
     while (p.View() != nullptr && !p.View()->Windows().Windows().empty()) {
       p.View()->CloseChild(p.View()->Windows().Windows().front()->Frame(), 0);
     }
@@ -140,17 +188,17 @@ TEST(Reentry, WindowsAreClosedWhileSomethingIsOpen) {
 }
 
 TEST(Reentry, FramesAreDestroyedWhileSomethingIsOpen) {
-  Interrupt([](Person& p) {
+  Interrupt([](Visitor& p) {
     for (auto& frame : p.world.window.frames) frame->Destroy();
   });
 }
 
 TEST(Reentry, AProgramIsDownloadedWhileSomethingIsOpen) {
-  Interrupt([](Person& p) { p.component->OnDebugEvent(&qal::event::kDownload); });
+  Interrupt([](Visitor& p) { p.component->OnDebugEvent(&qal::event::kDownload); });
 }
 
 TEST(Reentry, ASessionIsOpenedWhileSomethingIsOpen) {
-  Interrupt([](Person& p) {
+  Interrupt([](Visitor& p) {
     const platform::Wide text("a");
     for (auto* client : p.world.host.Registered<qal::IQWorkSpaceClient2>(qal::iid::kWorkSpaceClient2)) {
       client->OnSessionOpened(text.get(), text.get(), text.get(), text.get());
@@ -159,11 +207,33 @@ TEST(Reentry, ASessionIsOpenedWhileSomethingIsOpen) {
 }
 
 TEST(Reentry, AnotherInstanceGoesWhileSomethingIsOpen) {
-  Interrupt([](Person& p) { p.EndOther(); });
+  Interrupt([](Visitor& p) { p.EndOther(); });
 }
 
 TEST(Reentry, TheComponentEndsWhileSomethingIsOpen) {
-  Interrupt([](Person& p) { p.component->Uninitialize(qal::kTrue); });
+  Interrupt([](Visitor& p) { p.component->Uninitialize(qal::kTrue); });
+}
+
+TEST(Reentry, TheTestClientIsCalledWhileSomethingIsOpen) {
+  Interrupt([](Visitor& p) {
+    platform::WideOut image;
+    platform::WideOut name;
+    platform::WideOut messages;
+    std::uint32_t runStatus = 0;
+    p.TestClient()->SetSelection(platform::Wide("1.007(rng+0x2000 - 0x20FF)").get());
+    p.TestClient()->GetImage(image.put());
+    p.TestClient()->Verify(image.get(), name.put(), messages.put(), &runStatus);
+    EXPECT_EQ(runStatus, 0u);
+    p.TestClient()->Compare(nullptr, image.get(), name.put(), messages.put(), &runStatus);
+  });
+}
+
+TEST(Reentry, TheObjectOfATestClientGoesWhileItsDialogIsOpen) {
+  const auto end = [](Visitor& p) {
+    p.component->Uninitialize(qal::kTrue);
+    p.component = std::make_unique<CJepCoverageDataCtrl>();
+  };
+  Interrupt(end, true);
 }
 
 }  // namespace
