@@ -109,8 +109,9 @@ platform::Colour CUiReportListCtrl::CellColour(int row, int column, bool selecte
                            static_cast<std::size_t>(column);
   const platform::Colour own = cell < cellColours_.size() ? cellColours_[cell] : kNoColour;
   if (own == kNoColour) return selected ? highlight : usual;
-  if (selected && own == usual) return highlight;
-  return textColourSet_ ? textColour_ : own;
+  if (own != usual) return own;
+  if (selected) return highlight;
+  return textColourSet_ ? textColour_ : usual;
 }
 
 void CUiReportListCtrl::DrawItem(const platform::DrawItemInfo& item, platform::DrawContext& context) {

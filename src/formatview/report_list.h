@@ -26,14 +26,15 @@ class CUiReportListCtrl : public platform::ListView {
   virtual std::uint32_t SetListFlag(std::uint32_t mask, bool on);
   virtual void SetListFlags(std::uint32_t flags) { listFlags_ = flags; }
 
-  /// Sets a cell's text and, when that succeeded, remembers the colour it is drawn in.
+  /// Sets a cell's text and, when that succeeded, remembers the colour it is drawn in: in a selected row,
+  /// too, and whatever the list's own colour is, unless it is the system's colour for text.
   bool SetItemTextColoured(int row, int column, std::string_view text, platform::Colour colour);
   /// The same in the system's colour for text.
   virtual bool SetItemTextDefault(int row, int column, std::string_view text);
   /// The whole text of a cell, however long.
   std::string GetItemTextAll(int row, int column) const;
 
-  /// Colours in place of the system's, for text and for the rows' background.
+  /// Colours in place of the system's, for texts in the system's colour and for the rows' background.
   void SetPaneColours(platform::Colour text, platform::Colour back);
 
   /// One number a column under "ColWidth" and its index: the width, or minus the width that a hidden column
