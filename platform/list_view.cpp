@@ -124,11 +124,28 @@ bool ListView::SetColumnOrder(const std::vector<int>& order) {
   return true;
 }
 
-void ListView::FitColumnToHeading(int index) {
-  const Column* column = ColumnOf(index);
-  if (!column) return;
-  SetColumnWidth(index,
-                 TextWidth(CurrentFont(), column->heading) + Measure(CurrentFont()).averageWidth * 3 / 2);
+void ListView::FitColumns() {
+  const Rect client = ClientRect();
+  std::vector<int> visible = header_.order_;
+  std::erase_if(visible, [this](int column) { return ColumnWidth(column) == 0; });
+  if (client.Empty() || visible.empty()) return;
+  const int margin = Measure(CurrentFont()).averageWidth * 3 / 2;
+  const int end = EndOfVisibleRows();
+  int left = client.Width();
+  for (const int index : visible) {
+    Column& column = header_.columns_[static_cast<std::size_t>(index)];
+    int width = TextWidth(CurrentFont(), column.heading);
+    if (index == visible.back()) {
+      column.width = std::max(width + margin, left);
+      break;
+    }
+    for (int row = top_; row < end; ++row) {
+      width = std::max(width, TextWidth(CurrentFont(), rows_.Text(row, index)));
+    }
+    column.width = width + margin;
+    left -= column.width;
+  }
+  LayOutHeader();
 }
 
 void ListView::LayOutHeader() {
@@ -289,6 +306,11 @@ bool ListView::EnsureVisible(int row) {
   return true;
 }
 
+int ListView::EndOfVisibleRows() const {
+  const int room = std::max(0, ClientRect().Height() - HeaderHeight());
+  return std::min(RowCount(), top_ + (room + RowHeight() - 1) / RowHeight());
+}
+
 Rect ListView::RowRect(int row) const {
   int width = 0;
   for (const Column& column : header_.columns_) width += column.width;
@@ -322,8 +344,7 @@ void ListView::SetFont(const Font& font) {
 // Drawing.
 
 void ListView::Draw(DrawContext& context) {
-  const int room = std::max(0, ClientRect().Height() - HeaderHeight());
-  const int end = std::min(RowCount(), top_ + (room + RowHeight() - 1) / RowHeight());
+  const int end = EndOfVisibleRows();
   const bool focused = HasFocus();
   const bool showsSelection = focused || (Style() & list_style::kShowSelectionAlways) != 0;
   context.SetFont(CurrentFont());

@@ -87,8 +87,10 @@ class PLATFORM_API ListView : public Control {
   bool SetColumnHeading(int index, std::string_view heading);
   ColumnFormat FormatOf(int index) const;
   bool SetColumnOrder(const std::vector<int>& order);
-  /// As wide as its heading, with a margin of one and a half characters.
-  void FitColumnToHeading(int index);
+  /// Makes each visible column as wide as its heading or the widest text that can be seen in it, with a
+  /// margin of one and a half characters. The last of them takes the width that is left, but never less than
+  /// its heading needs. Hidden columns stay hidden; a list without a size keeps its widths.
+  void FitColumns();
 
   // Rows. A million empty rows cost eight megabytes; texts are kept for cells that have been set.
 
@@ -186,6 +188,8 @@ class PLATFORM_API ListView : public Control {
 
  private:
   const Column* ColumnOf(int index) const;
+  /// The row after the last one of which something can be seen.
+  int EndOfVisibleRows() const;
   void LayOutHeader();
   /// Brings selection, focus and top row back inside the rows.
   void RowsGone();

@@ -63,11 +63,7 @@ void CJepDebugInstanceDataCtrl::BuildColumns() {
   list_.LoadColumnWidths(owner_.Settings(), className_);
 }
 
-void CJepDebugInstanceDataCtrl::FitColumns() {
-  for (int column = 0; column < list_.ColumnCount(); ++column) {
-    if (list_.ColumnWidth(column) != 0) list_.FitColumnToHeading(column);
-  }
-}
+void CJepDebugInstanceDataCtrl::FitColumns() { list_.FitColumns(); }
 
 void CJepDebugInstanceDataCtrl::SetFrameTitle(const std::string& title) {
   if (customizer && Exists()) customizer->SetFrameTitle(Frame(), title);

@@ -214,6 +214,35 @@ TEST_F(Lists, ContextMenuSaysWhereItWasAsked) {
   EXPECT_EQ(list.SelectedRow(), 3);
 }
 
+TEST_F(Lists, FitTheirColumnsToWhatTheyShow) {
+  list.InsertColumn(0, "Source", ColumnFormat::kLeft, 5);
+  list.InsertColumn(1, "Hidden", ColumnFormat::kLeft, 0);
+  list.InsertColumn(2, "A", ColumnFormat::kLeft, 5);
+  list.InsertColumn(3, "Heading", ColumnFormat::kLeft, 5);
+  list.SetColumnOrder({2, 3, 0, 1});
+  list.SetRowCount(20);
+  list.SetItemText(1, 2, "eleven long");
+  list.SetItemText(1, 0, std::string(100, 's'));
+  list.SetItemText(19, 2, std::string(50, 'o'));
+  const int unit = Measure(list.CurrentFont()).averageWidth;
+  const int margin = unit * 3 / 2;
+  const auto widths = [&] {
+    list.FitColumns();
+    std::vector<int> all;
+    for (int column = 0; column < 4; ++column) all.push_back(list.ColumnWidth(column));
+    return all;
+  };
+  EXPECT_EQ(widths(), (std::vector<int>{5, 0, 5, 5})) << "without a size";
+  const int text = 11 * unit + margin;
+  const int heading = 7 * unit + margin;
+  list.Move({0, 0, 1000, 100});
+  EXPECT_EQ(widths(), (std::vector<int>{1000 - text - heading, 0, text, heading}));
+  list.Move({0, 0, text + heading + 1, 100});
+  EXPECT_EQ(widths(), (std::vector<int>{6 * unit + margin, 0, text, heading})) << "no room for the last";
+  list.Scroll(20);
+  EXPECT_EQ(widths()[2], 50 * unit + margin) << "other rows are shown";
+}
+
 TEST_F(Lists, DrawTheirRowsThemselves) {
   Fill(3, 2);
   list.SetColumnWidth(0, 20);
