@@ -37,6 +37,8 @@ class PLATFORM_API ComboBox : public Control {
   std::size_t SelectionEnd() const { return line_.SelectionEnd(); }
   void Select(std::size_t start, std::size_t end);
   void SetRefusedChars(std::string_view characters) { line_.SetRefused(characters); }
+  /// A text without what could not be typed.
+  std::string Accepted(std::string_view text) const { return line_.Accepted(text); }
 
   /// The person. Choose is false for a text that is no item; typing needs an edit part.
   bool Choose(int index);

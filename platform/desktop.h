@@ -52,6 +52,7 @@ class Desktop {
   void DeleteLater(std::unique_ptr<Window> window);
 
   Presenter* presenter = nullptr;
+  Point cursor;
   void Tell(Window& window, Change what) {
     if (presenter && window.Exists()) presenter->WindowChanged(window, what);
   }

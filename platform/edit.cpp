@@ -29,8 +29,7 @@ void TextLine::Select(std::size_t start, std::size_t end) {
   if (start_ > end_) std::swap(start_, end_);
 }
 
-bool TextLine::Type(std::string_view typed) {
-  const std::size_t kept = text_.size() - (end_ - start_);
+std::string TextLine::Accepted(std::string_view typed, std::size_t room) const {
   std::string accepted;
   for (std::size_t at = 0; at < typed.size();) {
     const std::size_t next = NextChar(typed, at);
@@ -39,9 +38,15 @@ bool TextLine::Type(std::string_view typed) {
     const bool control = character.size() == 1 && static_cast<unsigned char>(character[0]) < ' ';
     const bool refused = character.size() == 1 && refused_.find(character[0]) != std::string::npos;
     if (control || refused) continue;
-    if (kept + accepted.size() + character.size() > limit_) break;
+    if (accepted.size() + character.size() > room) break;
     accepted += character;
   }
+  return accepted;
+}
+
+bool TextLine::Type(std::string_view typed) {
+  const std::size_t kept = text_.size() - (end_ - start_);
+  const std::string accepted = Accepted(typed, limit_ - std::min(limit_, kept));
   // What is refused altogether leaves the selection as it is; typing nothing deletes it.
   if (accepted.empty() && (!typed.empty() || start_ == end_)) return false;
   const bool changed = text_.compare(start_, end_ - start_, accepted) != 0;

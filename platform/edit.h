@@ -28,7 +28,9 @@ class PLATFORM_API TextLine {
   bool Key(std::uint32_t virtualKey);
 
   void SetRefused(std::string_view characters) { refused_ = characters; }
-  const std::string& Refused() const { return refused_; }
+  /// What of a text can be typed: whole characters up to `room` bytes, without refused and control
+  /// characters.
+  std::string Accepted(std::string_view typed, std::size_t room = std::string_view::npos) const;
   /// Bytes that a person can type; at start 32767.
   void SetLimit(std::size_t bytes) { limit_ = bytes; }
 
@@ -48,6 +50,8 @@ class PLATFORM_API Edit : public Control {
   void SetText(std::string_view text) override;
   /// Single-byte characters that cannot be typed; what the program sets is taken as it stands.
   void SetRefusedChars(std::string_view characters) { line_.SetRefused(characters); }
+  /// A text without what could not be typed.
+  std::string Accepted(std::string_view text) const { return line_.Accepted(text); }
   void SetLimit(std::size_t bytes) { line_.SetLimit(bytes); }
 
   std::size_t SelectionStart() const { return line_.SelectionStart(); }

@@ -13,4 +13,8 @@ Presenter* InstallPresenter(Presenter* presenter) {
 
 Presenter* CurrentPresenter() { return Desktop::Get().presenter; }
 
+Point CursorPosition() { return Desktop::Get().cursor; }
+
+void SetCursorPosition(Point at) { Desktop::Get().cursor = at; }
+
 }  // namespace platform

@@ -62,6 +62,11 @@ class PLATFORM_API Presenter : public MessageBoxPresenter {
 PLATFORM_API Presenter* InstallPresenter(Presenter* presenter);
 PLATFORM_API Presenter* CurrentPresenter();
 
+/// Where the person points, on the screen; the corner {0, 0} until somebody points anywhere. Whoever brings
+/// the person's actions sets it before each action that is made with a pointer.
+PLATFORM_API Point CursorPosition();
+PLATFORM_API void SetCursorPosition(Point at);
+
 /// Installs a presenter for a scope.
 class PresenterScope {
  public:

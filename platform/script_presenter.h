@@ -15,9 +15,10 @@ class Dialog;
 class ListView;
 
 /// One action of a person, as a word and what follows it. Nothing when it was carried out, else why it could
-/// not be. What it posts is left to the next PumpPosted. The words for lists: row K, double-click K, drag K,
-/// header COLUMN, key NAME, scroll ROWS, top ROW, wheel NOTCHES, size ROWS, width COLUMN PIXELS, context
-/// K|header [COLUMN], deselect. Rows and columns count from 0.
+/// not be. The person points at the middle of the row or control that is named. What it posts is left to the
+/// next PumpPosted. The words for lists: row K, double-click K, drag K, header COLUMN, key NAME, scroll ROWS,
+/// top ROW, wheel NOTCHES, size ROWS, width COLUMN PIXELS, context K|header [COLUMN], deselect. Rows and
+/// columns count from 0.
 PLATFORM_API std::optional<std::string> ActOnList(ListView& list, std::string_view line);
 /// The words for dialogs: type ID TEXT, choose ID TEXT, check ID on|off, click ID, focus ID, key NAME, close;
 /// and those for lists, which act on the focused list, or with `list ID` in front on that one.

@@ -55,10 +55,20 @@ Result WithNumber(std::string_view rest, const char* what, Check check, Act act)
 
 Result AnyNumber(int) { return std::nullopt; }
 
+void PointAt(const Rect& place) {
+  SetCursorPosition({place.left + place.Width() / 2, place.top + place.Height() / 2});
+}
+
 template <class Act>
 Result OnRow(ListView& list, std::string_view rest, Act act) {
   const auto check = [&](int row) -> Result {
-    return row >= 0 && row < list.RowCount() ? std::nullopt : RowError(list, std::to_string(row));
+    if (row < 0 || row >= list.RowCount()) return RowError(list, std::to_string(row));
+    const Rect screen = list.ScreenRect();
+    Rect place = list.RowRect(row);
+    place = {screen.left + place.left, screen.top + place.top, screen.left + place.right,
+             screen.top + place.bottom};
+    PointAt(place);
+    return std::nullopt;
   };
   return WithNumber(rest, "a row", check, act);
 }
@@ -277,6 +287,7 @@ std::optional<std::string> ActOnDialog(Dialog& dialog, std::string_view line) {
     if (!control->CanBeUsed()) {
       return Format("control %u is %s", control->Id(), control->IsVisible() ? "disabled" : "hidden");
     }
+    PointAt(control->ScreenRect());
     return known.act(*control, line);
   }
   const std::string open = "the dialog " + Quote(dialog.Text()) + " is open, ";

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "platform/presenter.h"
 #include "util/placeholder_resolver.h"
 #include "util/texts.h"
 
@@ -41,8 +42,7 @@ void CUiPlaceholderButtonEB::AppendCustomPlaceholders(std::uint32_t firstCommand
 
 void CUiPlaceholderButtonEB::OnPressed() {
   BuildMenu();
-  const platform::Rect place = ScreenRect();
-  platform::TrackPopupMenu(menu_, {place.left, place.bottom}, *this);
+  platform::TrackPopupMenu(menu_, platform::CursorPosition(), *this);
 }
 
 platform::LResult CUiPlaceholderButtonEB::OnMessage(const platform::Message& message) {
@@ -66,12 +66,13 @@ void CUiPlaceholderButtonEB::Insert(const std::string& name) {
 
 template <class Field>
 void CUiPlaceholderButtonEB::InsertInto(Field& field, const std::string& name) {
-  const std::string& text = field.Text();
-  std::string wanted = text.substr(0, field.SelectionStart()) + "$(" + name + ")";
-  const std::size_t caret = wanted.size();
-  if (field.SelectionEnd() < text.size()) wanted += text.substr(field.SelectionEnd());
-  field.SetText(wanted);
-  if (field.Text() == wanted) field.Select(caret, caret);
+  const std::string text = field.Text();
+  const std::string before = text.substr(0, field.SelectionStart());
+  const std::string after = text.substr(field.SelectionEnd());
+  const std::string inserted = before + "$(" + name + ")";
+  field.SetText(before + field.Accepted(inserted.substr(before.size())) + after);
+  const std::size_t caret = field.Text() == inserted + after ? inserted.size() : before.size();
+  field.Select(caret, caret);
   field.SetFocus();
 }
 

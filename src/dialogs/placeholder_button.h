@@ -19,8 +19,9 @@ inline constexpr int kPlaceholderSeparator = 37;
 /// What the dialogs with a file name offer.
 inline constexpr int kFilePlaceholders[] = {13, 10, 8, 6, 9, 11, 12};
 
-/// A button that offers placeholders in a menu and puts the chosen one into a field, in the place of what is
-/// selected there. UI thread only.
+/// A button that offers placeholders in a menu where the person points, and puts the chosen one into a field
+/// in the place of what is selected there. Of a name that the field refuses in part the rest is put in, and
+/// the caret stays before it. UI thread only.
 class CUiPlaceholderButtonEB : public platform::Button {
  public:
   static constexpr std::uint32_t kFirstCommand = 33411;

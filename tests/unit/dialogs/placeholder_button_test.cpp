@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/picture.h"
+#include "platform/text_presenter.h"
 #include "unit/dialogs/dialog_world.h"
 
 namespace coverage {
@@ -62,6 +63,37 @@ TEST(PlaceholderButton, PutsTheChosenOneInThePlaceOfTheSelection) {
     EXPECT_EQ(fields.edit.SelectionStart(), row.caret);
     EXPECT_TRUE(fields.edit.HasFocus());
   }
+}
+
+TEST(PlaceholderButton, LeavesOutWhatTheFieldRefuses) {
+  DialogWorld world;
+  world.placeholders.application = {"A*B", "Star", "C:\\x"};
+  Fields fields(world);
+  fields.edit.SetRefusedChars("*?");
+  fields.edit.SetText("ab?.cov");  // the program may set what cannot be typed
+  fields.edit.Select(1, 2);
+  world.Act("menu 33418", [&] { fields.button.Press(); });
+  EXPECT_EQ(fields.edit.Text(), "a$(AB)?.cov");
+  EXPECT_EQ(fields.edit.SelectionStart(), 1u) << "the caret is not moved";
+  EXPECT_EQ(fields.edit.SelectionEnd(), 1u);
+}
+
+TEST(PlaceholderButton, OpensItsMenuWhereThePersonPoints) {
+  struct Pointing final : platform::TextPresenter {
+    Pointing() : TextPresenter({}) {}
+    std::optional<std::uint32_t> ChooseFromMenu(const platform::Menu&, platform::Point at,
+                                                platform::Window&) override {
+      opened = at;
+      return std::nullopt;
+    }
+    platform::Point opened;
+  } person;
+  const platform::PresenterScope scope(person);
+  DialogWorld world;
+  Fields fields(world);
+  platform::SetCursorPosition({70, 30});
+  fields.button.Press();
+  EXPECT_EQ(person.opened, (platform::Point{70, 30}));
 }
 
 }  // namespace

@@ -103,6 +103,22 @@ TEST(Dialogs, EndAsThePersonEndsThem) {
   }
 }
 
+TEST(Dialogs, AScriptPointsAtWhatItActsOn) {
+  Script script{"type 11 x", "row 1", "check 15 on", "key enter"};
+  SettingsDialog dialog;
+  std::string places;
+  dialog.react = [&](const Message& message) {
+    if (message.id != message::kCommand && message.id != message::kNotify) return LResult{0};
+    for (const Window* child : dialog.Children()) {
+      const std::string id = std::to_string(child->Id()) + ' ';
+      if (child->ScreenRect().Contains(CursorPosition()) && !places.ends_with(id)) places += id;
+    }
+    return LResult{0};
+  };
+  dialog.DoModal();
+  EXPECT_EQ(places, "11 17 15 ") << "a key moves nothing";
+}
+
 TEST(Dialogs, ReportWhatCannotBeDoneAndGoOn) {
   struct Row {
     const char* line;
