@@ -205,12 +205,13 @@ void MarkRows(bench::Suite& suite) {
                       "marks beside 4 windows", 1.5);
 }
 
-/// The dearest page over the median page, while a range is scrolled from end to end for the first time.
-double DearestPage() {
-  static Rows rows(0x200000);
+/// The dearest page over the median page, while a range is scrolled from end to end for the first time. With
+/// its percentage `known`, every address was looked at before.
+double DearestPage(Rows& rows, bool known) {
   std::vector<double> best;
   for (int pass = 0; pass < 4; ++pass) {
     rows.cache.Drop();
+    if (known) rows.instance.ComputePercentage(false, rows.cache);
     rows.list.DeleteAllRows();
     rows.Build(true, 0);
     std::size_t page = 0;
@@ -229,6 +230,19 @@ double DearestPage() {
   return dearest / best[best.size() / 2];
 }
 
+double DearestPageOfCode() {
+  static Rows rows(0x200000);
+  return DearestPage(rows, false);
+}
+
+/// The same over a range in whose middle half there is no memory.
+double DearestPageBesideAHole() {
+  constexpr std::uint32_t kBytes = 0x80000;
+  static Rows rows(kBytes);
+  for (std::uint32_t at = kBytes / 4; at < kBytes * 3 / 4; at += 2) rows.target.Forget(kStart + at);
+  return DearestPage(rows, true);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -236,6 +250,8 @@ int main(int argc, char** argv) {
   PageRows(suite);
   StopRows(suite);
   MarkRows(suite);
-  suite.RequireFigure("scrolling 2 MiB, the dearest page against the median", DearestPage, 3);
+  suite.RequireFigure("scrolling 2 MiB, the dearest page against the median", DearestPageOfCode, 3);
+  suite.RequireFigure("scrolling over undefined memory, the dearest page against the median",
+                      DearestPageBesideAHole, 3);
   return suite.Run(argc, argv);
 }

@@ -57,8 +57,13 @@ void InstructionPlan::Update(std::uint32_t start, std::uint32_t end,
                              std::optional<InstructionAlignment> alignment, const CoverageCellTable& table,
                              DisassemblyCache& cache, InstructionSource& source) {
   CachedInstructions cached(cache, source);
-  const Key key{cache.generation(), start, end, table.start(), table.end(), table.cellCount(), alignment};
-  if (key == key_ && FailedStill(cached)) return;
+  Key key{cache.generation(), start, end, table.start(), table.end(), table.cellCount(), alignment};
+  if (key == key_) {
+    if (FailedStill(source)) return;
+    // There is memory where there was none: whatever is known of the code may be wrong.
+    cache.Drop();
+    key.generation = cache.generation();
+  }
 
   key_ = {};
   starts_.assign((table.cellCount() + 63) / 64, 0);

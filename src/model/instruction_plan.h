@@ -15,7 +15,7 @@ namespace coverage {
 class InstructionPlan {
  public:
   /// Makes the plan anew when the code, the range, the alignment or the table differ from those it was made
-  /// for, or when an address that gave no instruction then gives one now.
+  /// for. Drops the cache, too, when an address that gave no instruction then gives one now.
   void Update(std::uint32_t start, std::uint32_t end, std::optional<InstructionAlignment> alignment,
               const CoverageCellTable& table, DisassemblyCache& cache, InstructionSource& source);
 

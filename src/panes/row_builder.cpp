@@ -12,6 +12,7 @@ constexpr std::uint32_t kHexadecimal = 16;
 constexpr std::size_t kTabWidth = 4;
 constexpr std::size_t kLongestSource = 254;
 constexpr std::size_t kEllipsisAt = 252;
+constexpr std::string_view kEllipsis = "...";
 constexpr int kAllColumns[] = {kTimesColumn, kPassColumn, kAddressColumn, kAssemblerColumn, kSourceColumn};
 
 }  // namespace
@@ -19,15 +20,18 @@ constexpr int kAllColumns[] = {kTimesColumn, kPassColumn, kAddressColumn, kAssem
 std::string SourceColumnText(std::string_view line) {
   std::string text;
   text.reserve(line.size());
-  for (const char c : line) {
-    if (c == '\t') {
+  for (std::size_t at = 0; at < line.size(); at = platform::NextChar(line, at)) {
+    if (line[at] == '\t') {
       text.append(kTabWidth - text.size() % kTabWidth, ' ');
     } else {
-      text.push_back(c);
+      text += line.substr(at, platform::CharLength(line, at));
     }
   }
-  if (text.size() > kLongestSource) text.replace(kEllipsisAt, 3, "...");
-  return text;
+  if (text.size() <= kLongestSource) return text;
+  const std::size_t from = platform::CutToBytes(text, kEllipsisAt).size();
+  std::size_t to = from;
+  while (to < kEllipsisAt + kEllipsis.size()) to = platform::NextChar(text, to);
+  return text.replace(from, to - from, kEllipsis);
 }
 
 RowBuilder::RowBuilder(qal::IQHost* host, CoverageInstance& instance, DisassemblyCache& cache,
@@ -91,7 +95,7 @@ std::uint32_t RowBuilder::Build(bool rewrite, std::uint32_t fromAddress, int fir
   while (row <= firstRow + rowCount && address < instance_.end) {
     Instruction instruction;
     if (!cache_.Fetch(static_cast<std::uint32_t>(address), reader_, instruction)) {
-      address += lastSize;
+      address = cache_.AfterFailures(static_cast<std::uint32_t>(address), lastSize);
       continue;
     }
     lastSize = instruction.size;
@@ -102,8 +106,10 @@ std::uint32_t RowBuilder::Build(bool rewrite, std::uint32_t fromAddress, int fir
     address += instruction.size;
     if (before) continue;
     if (row >= list_.RowCount()) list_.SetRowCount(row + 1);
-    if (rewrite || rewritten || list_.ItemText(row, kAddressColumn).empty()) {
-      WriteCode(row, instruction);
+    const std::string text = AddressTextOf(instruction);
+    const std::string& shown = list_.ItemText(row, kAddressColumn);
+    if (rewrite || rewritten || shown.empty() || shown != text) {
+      WriteCode(row, instruction, text);
       rewritten = true;
     }
     WriteCounters(row, at);
@@ -150,11 +156,10 @@ std::string RowBuilder::SourceTextAt(std::uint32_t address) const {
   return SourceColumnText(text.str());
 }
 
-void RowBuilder::WriteCode(int row, const Instruction& instruction) {
-  const std::string address = AddressTextOf(instruction);
+void RowBuilder::WriteCode(int row, const Instruction& instruction, const std::string& addressText) {
   list_.SetItemTextDefault(row, kAssemblerColumn, instruction.codeText);
   list_.SetItemTextDefault(row, kSourceColumn, SourceTextAt(AddressOfText(instruction.addressText)));
-  list_.SetItemTextDefault(row, kAddressColumn, address);
+  list_.SetItemTextDefault(row, kAddressColumn, addressText);
 }
 
 void RowBuilder::WriteCounters(int row, std::uint32_t address) {

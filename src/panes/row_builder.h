@@ -15,7 +15,8 @@ namespace coverage {
 /// Columns of a data pane's list.
 enum CoverageColumn : int { kTimesColumn, kPassColumn, kAddressColumn, kAssemblerColumn, kSourceColumn };
 
-/// Tabs as blanks up to the next multiple of 4 columns; of 255 characters or more, 252 to 254 are "...".
+/// Tabs as blanks up to the next multiple of 4 bytes. Of 255 bytes or more, "..." stands for the characters
+/// that bytes 252 to 254 belong to.
 std::string SourceColumnText(std::string_view line);
 
 /// Fills a data pane's list with the rows around the place that is looked at. The list has a row for each
@@ -28,8 +29,8 @@ class RowBuilder {
              int rowsPerPage);
 
   /// Writes rows `firstRow` to `firstRow` + `rowCount`; -1 stands for the top row and for a page. `rewrite`
-  /// writes all columns; without it rows that have an address keep what does not count. A `fromAddress` of 0
-  /// is none. Gives the address behind the last row written.
+  /// writes all columns; without it a row that shows the instruction's address keeps what does not count. A
+  /// `fromAddress` of 0 is none. Gives the address behind the last row written.
   std::uint32_t Build(bool rewrite, std::uint32_t fromAddress, int firstRow, int rowCount);
 
   /// The number that the debugger reads in a row's address column; none without the debugger's expressions.
@@ -37,7 +38,7 @@ class RowBuilder {
 
  private:
   std::uint32_t StartAddress(std::uint32_t fromAddress, int& firstRow, int& rowCount) const;
-  void WriteCode(int row, const Instruction& instruction);
+  void WriteCode(int row, const Instruction& instruction, const std::string& addressText);
   void WriteCounters(int row, std::uint32_t address);
   std::string AddressTextOf(const Instruction& instruction) const;
   std::string SourceTextAt(std::uint32_t address) const;

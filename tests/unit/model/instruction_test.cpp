@@ -171,14 +171,48 @@ TEST(DisassemblyCache, KeepsUntilItIsDropped) {
   EXPECT_EQ(first, "4:3ffc 1:41000 3:41001 2:41004 - 300:42000 2:70000aaaa ");
   EXPECT_EQ(code.asked, 7);
   EXPECT_EQ(texts(), first);
-  EXPECT_EQ(code.asked, 10) << "only failures and the two that are out of proportion are read again";
+  EXPECT_EQ(code.asked, 9) << "only the two that are out of proportion are read again";
   EXPECT_EQ(cache.size(), 4u);
   cache.Drop();
   EXPECT_GT(cache.generation(), generation);
   Instruction instruction;
   EXPECT_FALSE(cache.Find(0x1000, instruction));
   EXPECT_EQ(texts(), first);
-  EXPECT_EQ(code.asked, 17);
+  EXPECT_EQ(code.asked, 16);
+}
+
+TEST(DisassemblyCache, PassesOverWhatIsKnownToFail) {
+  Listing code;
+  code.Add(0x1000, {2});
+  code.Add(0xA000, {2});
+  DisassemblyCache cache;
+  Instruction instruction;
+  const auto fails = [&](std::uint32_t from, std::uint32_t end, std::uint32_t step) {
+    for (std::uint64_t at = from; at < end; at += step) {
+      EXPECT_FALSE(cache.Fetch(static_cast<std::uint32_t>(at), code, instruction)) << at;
+    }
+  };
+  fails(0x0800, 0x0802, 2);  // elsewhere
+  fails(0x1002, 0xA000, 2);
+  fails(0x1001, 0x1011, 4);
+  fails(0xFFFFFFF0, 0xFFFFFFFF, 2);
+  const struct {
+    std::uint32_t address, step;
+    std::uint64_t next;
+  } rows[] = {
+      {0x0800, 2, 0x0802}, {0x1002, 2, 0xA000}, {0x5000, 2, 0xA000},          {0x1002, 4, 0xA002},
+      {0x1002, 1, 0x1003}, {0x1001, 4, 0x1011}, {0xFFFFFFF4, 2, 0x100000000}, {0x9000, 0x20000, 0x29000},
+  };
+  for (int pass = 0; pass < 2; ++pass) {
+    for (const auto& row : rows) {
+      EXPECT_EQ(cache.AfterFailures(row.address, row.step), row.next) << std::hex << row.address;
+    }
+  }
+  EXPECT_EQ(cache.size(), 0u);
+  EXPECT_TRUE(cache.Fetch(0x1000, code, instruction));
+  cache.Drop();
+  code.Add(0x1002, {2});
+  EXPECT_TRUE(cache.Fetch(0x1002, code, instruction)) << "nothing of the holes is left";
 }
 
 // --- percentages

@@ -95,12 +95,56 @@ TEST_F(Rows, KeepTheirCodeWhereOnlyCountersAreWritten) {
   EXPECT_EQ(list.ItemText(2, kSourceColumn),
             "    x   " + std::string(244, 'y') + "..." + std::string(53, 'y'));
   EXPECT_EQ(list.ItemText(3, kSourceColumn), " ");
-  target.addressText.names.clear();
   instance.counts->AddOne(0x1006, 12, 3);
   list.SetItemText(2, kAddressColumn, {});
   Build(false, 0, 0, -1);
   EXPECT_EQ(Page(kAddressColumn), "main|0x00001002|0x00001006|0x00001008|");
   EXPECT_EQ(Page(kTimesColumn) + Page(kPassColumn), " 0| 0| 12| 0|-|-|T/F|-|");
+  target.Line(0x1002, "main.c", 1, "new");
+  Build(false, 0, 0, -1);
+  EXPECT_EQ(list.ItemText(1, kSourceColumn), " ");
+  list.SetItemText(1, kAddressColumn, "0x00001004");
+  Build(false, 0, 0, -1);
+  EXPECT_EQ(list.ItemText(1, kAddressColumn) + list.ItemText(1, kSourceColumn), "0x00001002new")
+      << "counters never stand beside another address";
+}
+
+TEST(SourceColumn, NeverShowsHalfACharacter) {
+  const std::string e = "\xC3\xA9";  // two bytes
+  const auto y = [](std::size_t count) { return std::string(count, 'y'); };
+  const struct {
+    const char* what;
+    std::string line, shown;
+  } rows[] = {
+      {"just short enough", y(254), y(254)},
+      {"letters", y(300), y(252) + "..." + y(45)},
+      {"one over the start", y(251) + e + y(100), y(251) + "..." + y(98)},
+      {"one over the end", y(254) + e + y(9), y(252) + "..." + y(9)},
+      {"one on each side", y(250) + e + y(3) + e + y(9), y(250) + e + "..." + e + y(9)},
+      {"before a tab", e + "\tx", e + "  x"},
+  };
+  for (const auto& row : rows) EXPECT_EQ(SourceColumnText(row.line), row.shown) << row.what;
+}
+
+TEST_F(Rows, BesideAHoleComeWithoutReadingItAgain) {
+  doubles::CallLog log;
+  struct Counting final : doubles::StubMemory {
+    using StubMemory::StubMemory;
+    qal::Status ReadMemory(std::uint32_t, std::uint32_t, std::uint16_t, std::uint8_t*) override {
+      return ++asked, qal::kFail;
+    }
+    int asked = 0;
+  } memory(log);
+  Build(true, 0, 0, -1);
+  host.Offer(memory);
+  instance.end = 0x2FFF;
+  list.SetRowCount(500);
+  list.Scroll(100);
+  EXPECT_EQ(Build(true, 0x10F8, -1, -1), 0x2FFFu + 1);
+  const int once = memory.asked;
+  EXPECT_GT(once, 0x1F00 / 2);
+  EXPECT_EQ(Build(true, 0x10F8, -1, -1), 0x2FFFu + 1);
+  EXPECT_EQ(memory.asked, once);
 }
 
 TEST_F(Rows, OfNothingButHolesAreNone) {
