@@ -5,6 +5,8 @@
 
 #include "model/address_text.h"
 #include "model/services.h"
+#include "platform/paths.h"
+#include "platform/text.h"
 #include "qal/program_services.h"
 #include "util/resource_ids.h"
 #include "util/texts.h"
@@ -33,12 +35,7 @@ std::optional<CoverageSettingDialog::Answer> CoverageSettingDialog::Ask(platform
 
 void CoverageSettingDialog::OnInitDialog() {
   RangeInputDialog::OnInitDialog();
-  std::vector<std::string> files;
-  for (const std::string& file : request_.recentFiles) {
-    if (files.size() < kMostRecentFiles && std::find(files.begin(), files.end(), file) == files.end()) {
-      files.push_back(file);
-    }
-  }
+  const std::vector<std::string> files = OfferedFiles();
   if (auto* combo = Item<platform::ComboBox>(kRecentFiles)) {
     combo->SetItems(files);
     if (!files.empty()) combo->SelectItem(0);
@@ -51,6 +48,22 @@ void CoverageSettingDialog::OnInitDialog() {
   CheckRadio({kRange, kFile}, kRange);
   EnableControls();
   FocusItem(kStart);
+}
+
+std::vector<std::string> CoverageSettingDialog::OfferedFiles() const {
+  std::vector<std::string> files;
+  std::vector<std::string> paths;
+  for (const std::string& file : request_.recentFiles) {
+    if (files.size() == kMostRecentFiles) break;
+    const std::string path = platform::FullPath(Expand(file));
+    const bool offered = std::any_of(paths.begin(), paths.end(), [&](const std::string& other) {
+      return platform::EqualNoCase(other, path);
+    });
+    if (offered) continue;
+    files.push_back(file);
+    paths.push_back(path);
+  }
+  return files;
 }
 
 void CoverageSettingDialog::EnableControls() {

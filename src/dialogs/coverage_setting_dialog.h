@@ -33,7 +33,8 @@ class CoverageSettingDialog final : public RangeInputDialog {
   };
   struct Request {
     RecentRanges recent;
-    /// Newest first; the first kMostRecentFiles, each once, are offered.
+    /// Newest first, with or without placeholders; the first kMostRecentFiles, each once however its path is
+    /// written, are offered.
     std::vector<std::string> recentFiles;
     std::string lastSourceFile;
   };
@@ -57,6 +58,7 @@ class CoverageSettingDialog final : public RangeInputDialog {
   void OnFileChoice();
   void OnBrowse() { BrowseForSource(); }
   void OnLabel(std::uint32_t buttonId);
+  std::vector<std::string> OfferedFiles() const;
   void EnableControls();
   bool ProgramDownloaded() const;
 

@@ -32,8 +32,8 @@ std::optional<AddressRange> RangeInputDialog::CheckedRange() {
   };
   if (outside(*start)) return refuse(strings::kAddressOutOfRange, combos_.start);
   if (outside(*end)) return refuse(strings::kAddressOutOfRange, combos_.end);
-  recent_.starts.Note(StartText());
-  recent_.ends.Note(EndText());
+  recent_.starts.Note(StartText(), *start);
+  recent_.ends.Note(EndText(), *end);
   return AddressRange{*start, *end};
 }
 

@@ -55,7 +55,7 @@ void GoToAddressDialog::OnOK() {
   if (!address) return;
   if (*address < start_ || *address > end_) return Complain(strings::kAddressNotInCoverage, kGoToAddress);
   address_ = address;
-  history_.Note(TypedIn(kGoToAddress));
+  history_.Note(TypedIn(kGoToAddress), *address);
   CoverageDialog::OnOK();
 }
 

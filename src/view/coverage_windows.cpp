@@ -151,8 +151,8 @@ bool CoverageWindows::RangeShownElsewhere(const DataPane& pane, std::uint32_t st
 }
 
 void CoverageWindows::NoteRecentRange(std::uint32_t start, std::uint32_t end) {
-  memory.starts.Note(platform::Format("%x", start));
-  memory.ends.Note(platform::Format("%x", end));
+  memory.starts.Note(platform::Format("%x", start), start);
+  memory.ends.Note(platform::Format("%x", end), end);
 }
 
 bool CoverageWindows::NextSortAscending(int column) {

@@ -60,7 +60,9 @@ bool CoverageWindows::WriteWindows(const std::string& path, const std::vector<St
 void CoverageWindows::NoteSaved(const std::string& path) {
   if (!HasExtension(path, ".COV")) return;
   auto& files = memory.recentCoverageFiles;
-  if (std::find(files.begin(), files.end(), path) == files.end()) files.push_back(path);
+  const auto known = std::find_if(files.begin(), files.end(),
+                                  [&](const std::string& file) { return platform::EqualNoCase(file, path); });
+  *(known != files.end() ? known : files.emplace(known)) = path;
 }
 
 bool CoverageWindows::SaveWindow(StatisticsPane& window) {

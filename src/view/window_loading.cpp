@@ -29,8 +29,8 @@ class CoverageWindows::RangeSections final : public CovSectionSink {
     std::uint32_t end = section.end;
     AlignToSteps(start, end);
     if (!budget_.Take(start, end)) return Take::kStop;
-    view_.memory.starts.Note(section.startText);
-    view_.memory.ends.Note(section.endText);
+    view_.memory.starts.Note(section.startText, section.start);
+    view_.memory.ends.Note(section.endText, section.end);
     if (window_ == nullptr) {
       window_ = view_.NewRangeWindow(start, end);
       if (window_ == nullptr) return Take::kStop;

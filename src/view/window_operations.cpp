@@ -164,8 +164,8 @@ void CoverageWindows::RestoreRanges(std::span<const SavedRange> ranges, const st
     const bool registered = pane->Instance().rangeSet != 0;
     pane->SetEnabled(registered && saved.enableStatus != 0 ? 1 : 0);
     refused = refused || !registered;
-    memory.starts.Note(platform::Format("%08x", saved.start));
-    memory.ends.Note(platform::Format("%08x", saved.end));
+    memory.starts.Note(platform::Format("%08x", saved.start), saved.start);
+    memory.ends.Note(platform::Format("%08x", saved.end), saved.end);
   }
   if (pane == nullptr) return;
   ShowRanges(*window);

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "dialogs/coverage_range_dialog.h"
+#include "dialogs/coverage_setting_dialog.h"
 #include "dialogs/file_name_dialog.h"
 #include "dialogs/small_dialogs.h"
 #include "unit/dialogs/dialog_world.h"
@@ -40,7 +41,8 @@ TEST(CoverageRange, ChecksARangeInItsOrderAndStaysOpen) {
     EXPECT_EQ(said, row.said) << row.start << ' ' << row.end;
     EXPECT_EQ(result, row.result) << row.start << ' ' << row.end;
   }
-  EXPECT_EQ(world.starts.texts(), (std::vector<std::string>{"main", "1000"}));
+  EXPECT_EQ(world.starts.texts(), (std::vector<std::string>{"main"}))
+      << "one address, spelled as it was last";
   EXPECT_EQ(world.ends.texts(), (std::vector<std::string>{"1fff", "200fff"}));
 }
 
@@ -53,6 +55,39 @@ TEST(CoverageRange, OffersTheFunctionsWhereTheProgramStands) {
                         CoverageRangeDialog(&world.host, world.recent()).AskRange(nullptr, {0, 1});
                       }),
             "");
+}
+
+TEST(CoverageSetting, OffersEachRecentFileOnce) {
+  struct Nothing final : CoverageSettingHooks {
+    void RecordRangeWindow(std::uint32_t, std::uint32_t) override {}
+    void RecordFileWindow(const std::string&, const std::string&) override {}
+    void LoadRecentFile(const std::string& path) override { loaded += path + ' '; }
+    std::string loaded;
+  } hooks;
+  DialogWorld world;
+  CoverageSettingDialog::LastTexts last;
+  const std::vector<std::string> files = {"C:\\SPACE\\demo\\a.cov",
+                                          "$(PROJDIR)\\a.cov",
+                                          "$(PROJDIR)\\b.cov",
+                                          "C:\\space\\demo\\.\\B.cov",
+                                          "c.cov",
+                                          "d.cov",
+                                          "e.cov"};
+  for (const std::string& file : files) {
+    world.Act("click 9061;choose 9007 " + file + ";click 9029;click 9030", [&] {
+      CoverageSettingDialog(&world.host, {world.recent(), files, {}}, last, hooks).Ask(nullptr);
+    });
+  }
+  // A file that is not offered leaves the first one chosen.
+  EXPECT_EQ(hooks.loaded,
+            files[0] + ' ' + files[0] + ' ' + files[2] + ' ' + files[0] + " c.cov d.cov " + files[0] + ' ');
+}
+
+TEST(RecentList, KeepsTheTenLatest) {
+  RecentList list;
+  for (std::uint64_t address = 0; address < 12; ++address) list.Note(std::to_string(address), address);
+  list.Note("0x5", 5);
+  EXPECT_EQ(list.texts(), (std::vector<std::string>{"0x5", "11", "10", "9", "8", "7", "6", "4", "3", "2"}));
 }
 
 TEST(GoToAddress, StaysInsideThePane) {
