@@ -29,9 +29,10 @@ CJepCoverageCtrl::CJepCoverageCtrl(qal::IQHost* hostObject, CUiCustomizer* custo
   ReadDisplayFont(settings, displayFont);
   ReadDisplayColours(settings, textFore, textBack);
 
-  options = std::make_unique<MessageOptions>(messageOptionService);
+  auto* const messageOptions = FindService<qal::IQMessageOptions>(host, qal::iid::kMessageOptions);
   auto* const source = FindService<qal::IQSource>(host, qal::iid::kSource);
   auto* const columns = FindService<qal::IQColumnService>(host, qal::iid::kColumnService);
+  options = std::make_unique<MessageOptions>(messageOptions);
 
   model = std::make_unique<CommandModel>(host);
   macro.ResetMacroState();

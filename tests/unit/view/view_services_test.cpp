@@ -59,6 +59,21 @@ TEST_F(ViewTest, FontAndColoursGoToTheStoreAndToEveryWindow) {
                 {"JEP_COVERAGE_FONT_SIZE", 12}, {"JEP_COVERAGE_FGCOLOUR", 3}, {"JEP_COVERAGE_BKCOLOUR", 4}}));
 }
 
+TEST_F(ViewTest, OptionsAreRegisteredWhenTheServicesAreKnown) {
+  world.host.logLookups = true;
+  world.log.Clear();
+  const CJepCoverageCtrl other(&world.host, &customizer);
+  std::string calls = world.log.Text();
+  calls.erase(0, calls.find("host.Advise(format)"));
+  calls.erase(calls.find("options.RegisterOption"));
+  std::string lookups;
+  for (std::size_t at = calls.find("GetService"); at != std::string::npos;
+       at = calls.find("GetService", at + 1)) {
+    lookups += calls.substr(at, calls.find('\n', at) - at) + ' ';
+  }
+  EXPECT_EQ(lookups, "GetService(options) GetService(source) GetService(columns) ");
+}
+
 TEST(ComponentActive, FollowsTheSessionState) {
   ViewWorld world;
   EXPECT_TRUE(ComponentActive(&world.host));
