@@ -1,5 +1,6 @@
 #include "commands/command.h"
 
+#include <map>
 #include <memory>
 #include <utility>
 
@@ -12,8 +13,14 @@
 namespace coverage {
 namespace {
 
-int commandCount = 0;
-std::unique_ptr<PlaceholderResolver> sharedPlaceholders;
+/// The expander that the commands of a host share, while there are any.
+std::shared_ptr<PlaceholderResolver> PlaceholdersOf(qal::IQHost* host) {
+  static std::map<qal::IQHost*, std::weak_ptr<PlaceholderResolver>> known;
+  std::erase_if(known, [](const auto& entry) { return entry.second.expired(); });
+  std::shared_ptr<PlaceholderResolver> placeholders = known[host].lock();
+  if (placeholders == nullptr) known[host] = placeholders = std::make_shared<PlaceholderResolver>(host);
+  return placeholders;
+}
 
 }  // namespace
 
@@ -22,8 +29,8 @@ CCmd::CCmd(qal::IQHost* hostObject, std::uint32_t stripsFirstWord, std::string f
     : stripFirstWord(stripsFirstWord),
       promptText(std::move(prompt)),
       continuationText(std::move(continuation)),
-      host(hostObject) {
-  if (++commandCount == 1) sharedPlaceholders = std::make_unique<PlaceholderResolver>(host);
+      host(hostObject),
+      placeholders(PlaceholdersOf(hostObject)) {
   names.push_back(std::move(fullName));
   if (shortName != nullptr) names.emplace_back(shortName);
   if (host == nullptr) return;
@@ -33,14 +40,10 @@ CCmd::CCmd(qal::IQHost* hostObject, std::uint32_t stripsFirstWord, std::string f
 }
 
 CCmd::~CCmd() {
-  if (host != nullptr) {
-    host->Unadvise(&qal::iid::kCmdClient, this);
-    host->Unadvise(&qal::iid::kCmdClient2, this);
-  }
-  if (--commandCount == 0) sharedPlaceholders.reset();
+  if (host == nullptr) return;
+  host->Unadvise(&qal::iid::kCmdClient, this);
+  host->Unadvise(&qal::iid::kCmdClient2, this);
 }
-
-PlaceholderResolver* CCmd::SharedPlaceholders() { return sharedPlaceholders.get(); }
 
 qal::Status CCmd::QueryInterface(const qal::Guid* iid, void** out) {
   if (out == nullptr) return qal::kFail;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -42,8 +43,8 @@ class CCmd : public qal::IQCmdClient2, public CObject {
  protected:
   /// One line to the output sink that the IDE gave with this execution; skipped without one.
   void WriteLine(const std::string& line) const;
-  /// The expander that all commands share while there is one.
-  static PlaceholderResolver* SharedPlaceholders();
+  /// The expander that all commands of the host share.
+  PlaceholderResolver* SharedPlaceholders() const { return placeholders.get(); }
 
   std::uint32_t stripFirstWord;
   std::string promptText;
@@ -53,6 +54,7 @@ class CCmd : public qal::IQCmdClient2, public CObject {
   std::uint16_t status = 0;
   qal::IQCommandOutput* output = nullptr;
   qal::IQHost* host;
+  std::shared_ptr<PlaceholderResolver> placeholders;
   std::vector<std::string> names;
   std::int32_t commandId = -1;
 };

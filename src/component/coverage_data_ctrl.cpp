@@ -1,5 +1,7 @@
 #include "component/coverage_data_ctrl.h"
 
+#include <utility>
+
 #include "formatview/interface_call.h"
 #include "platform/message_box.h"
 #include "platform/module.h"
@@ -19,6 +21,7 @@ const char kOwnAddress = 0;
 CJepCoverageDataCtrl::CJepCoverageDataCtrl() : CJepDebugDataCtrl2("Coverage", resource::kBitmapComponent) {}
 
 CJepCoverageDataCtrl::~CJepCoverageDataCtrl() {
+  WithdrawSink();
   // An object that was never uninitialized still has its views; they need the customiser to withdraw what
   // they registered.
   if (viewControl != nullptr) CJepCoverageDataCtrl::DestroyViews();
@@ -76,6 +79,7 @@ qal::Status CJepCoverageDataCtrl::Initialize(qal::IQHost* hostObject, qal::Flag 
   // From here on the resource module is part of the context.
   return InterfaceCall([&] {
     if (hostObject == nullptr) return qal::kFail;
+    WithdrawSink();
     hostObject->Advise(&qal::iid::kDebugActivitySink, static_cast<qal::IQDebugActivitySink*>(this));
     sinkHost = hostObject;
     if (first == qal::kFalse) return qal::kOk;
@@ -87,15 +91,20 @@ qal::Status CJepCoverageDataCtrl::Initialize(qal::IQHost* hostObject, qal::Flag 
 }
 
 void CJepCoverageDataCtrl::CreateViews() {
-  if (customisation == nullptr) customisation = std::make_unique<CUiCustomizer>(host);
-  viewControl = std::make_unique<CJepCoverageCtrl>(host, customisation.get());
+  if (parts.host != nullptr && parts.host != host) {
+    if (parts.testClient != nullptr) parts.testClient->Withdraw();
+    earlierParts.push_back(std::exchange(parts, {}));
+  }
+  parts.host = host;
+  if (parts.customisation == nullptr) parts.customisation = std::make_unique<CUiCustomizer>(host);
+  viewControl = std::make_unique<CJepCoverageCtrl>(host, parts.customisation.get());
   viewControl->CreateSinkWindow();
-  if (testClient == nullptr) {
-    testSelection = std::make_unique<TestSelectionEditor>(host);
-    testClient = std::make_unique<CoverageTestClient>(host, static_cast<qal::IQTestImageSource*>(this),
-                                                      &viewControl->Images(), testSelection.get());
+  if (parts.testClient == nullptr) {
+    parts.testSelection = std::make_unique<TestSelectionEditor>(host);
+    parts.testClient = std::make_unique<CoverageTestClient>(
+        host, static_cast<qal::IQTestImageSource*>(this), &viewControl->Images(), parts.testSelection.get());
   } else {
-    testClient->SetWindows(&viewControl->Images());
+    parts.testClient->SetWindows(&viewControl->Images());
   }
   RegisterColumns(host, viewControl.get());
 }
@@ -106,16 +115,21 @@ void CJepCoverageDataCtrl::DestroyViews() {
   UnregisterColumns();
   if (viewControl != nullptr) viewControl->Marks().Refresh();
   ForgetView();
-  if (testClient != nullptr) testClient->SetWindows(nullptr);
+  if (parts.testClient != nullptr) parts.testClient->SetWindows(nullptr);
   CJepDebugDataCtrl2::DestroyViews();
+}
+
+void CJepCoverageDataCtrl::WithdrawSink() {
+  // Nobody tells the end of what runs now.
+  busy = 0;
+  if (sinkHost == nullptr) return;
+  sinkHost->Unadvise(&qal::iid::kDebugActivitySink, static_cast<qal::IQDebugActivitySink*>(this));
+  sinkHost = nullptr;
 }
 
 qal::Status CJepCoverageDataCtrl::Uninitialize(qal::Flag final) {
   return InterfaceCall([&] {
-    if (sinkHost != nullptr) {
-      sinkHost->Unadvise(&qal::iid::kDebugActivitySink, static_cast<qal::IQDebugActivitySink*>(this));
-      sinkHost = nullptr;
-    }
+    WithdrawSink();
     const bool bound = host != nullptr;
     if (final == qal::kFalse) return bound ? qal::kOk : qal::kFail;
     if (bound) {

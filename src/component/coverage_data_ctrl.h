@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "component/data_ctrl.h"
 #include "component/dll_resource.h"
@@ -17,7 +18,8 @@
 namespace coverage {
 
 /// The coverage component as the IDE sees it: one object for each debugger session. Owns the view control,
-/// the test client, the resource module and the customiser. UI thread only.
+/// the test client, the resource module and the customiser. After an end it may begin again, on another host,
+/// too. UI thread only.
 class CJepCoverageDataCtrl : public CJepDebugDataCtrl2,
                              public EditorColumns,
                              public qal::IQDebugActivitySink,
@@ -50,14 +52,22 @@ class CJepCoverageDataCtrl : public CJepDebugDataCtrl2,
   virtual std::optional<std::string> LibraryPath() const;
 
  private:
+  /// What is made once for a host, and kept when the views go and come again.
+  struct HostParts {
+    qal::IQHost* host = nullptr;
+    std::unique_ptr<CUiCustomizer> customisation;
+    std::unique_ptr<TestSelectionEditor> testSelection;  ///< outlives the client that asks it
+    std::unique_ptr<CoverageTestClient> testClient;
+  };
+
   bool LoadResources();
+  void WithdrawSink();
 
   std::uint32_t busy = 0;
-  qal::IQHost* sinkHost = nullptr;                     ///< the host that holds the activity sink
-  std::unique_ptr<TestSelectionEditor> testSelection;  ///< outlives the client that asks it
-  std::unique_ptr<CoverageTestClient> testClient;
+  qal::IQHost* sinkHost = nullptr;  ///< the host that holds the activity sink
   std::unique_ptr<CDllResource> resourceModule;
-  std::unique_ptr<CUiCustomizer> customisation;
+  HostParts parts;
+  std::vector<HostParts> earlierParts;  ///< withdrawn; an operation of theirs may wait for a person
 };
 
 }  // namespace coverage

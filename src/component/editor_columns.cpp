@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 #include "component/bitmap_images.h"
 #include "formatview/interface_call.h"
@@ -54,6 +55,8 @@ EditorColumns::Column EditorColumns::Find(std::uint32_t id) {
 void EditorColumns::RegisterColumns(qal::IQHost* hostObject, CJepCoverageCtrl* viewControl) {
   columnHost = hostObject;
   view = viewControl;
+  if (std::exchange(filesHost, hostObject) != hostObject) openFiles.clear();
+  sourceColumn = asmColumn = 0;
   sourceColumnId = 0;
   columnWidth = 20;
   columnKind = kSourceKind;

@@ -12,7 +12,8 @@ namespace coverage {
 
 /// The component's columns "Coverage" and "Coverage - ASM" in the IDE's editors: their registration and what
 /// the IDE asks of them. While the component is inactive every operation fails (GetColumnTitle gives nothing)
-/// and nothing changes. Column ids are the component's, handles the column service's. UI thread only.
+/// and nothing changes. Column ids are the component's, handles
+/// the column service's. UI thread only.
 class EditorColumns : public qal::IQColumnClient {
  public:
   /// Registers both columns, or attaches to those that the IDE knows already. Without the column service
@@ -83,6 +84,7 @@ class EditorColumns : public qal::IQColumnClient {
   std::string sourceTitle = "Coverage";
   std::string asmTitle = "Coverage - ASM";
   std::vector<std::string> openFiles;
+  qal::IQHost* filesHost = nullptr;  ///< the host whose files are open
   std::int32_t asmImageIds[3] = {-1, -1, -1};
   std::uint32_t sourceState = 1;
   std::uint32_t sourceMode = 1;

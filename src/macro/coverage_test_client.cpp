@@ -56,8 +56,9 @@ CoverageTestClient::CoverageTestClient(qal::IQHost* host, qal::IQTestImageSource
   if (host_) host_->Advise(&qal::iid::kCoverageTestClient, static_cast<qal::IQCoverageTestClient*>(this));
 }
 
-CoverageTestClient::~CoverageTestClient() {
+void CoverageTestClient::Withdraw() {
   if (host_) host_->Unadvise(&qal::iid::kCoverageTestClient, static_cast<qal::IQCoverageTestClient*>(this));
+  host_ = nullptr;
 }
 
 qal::Status CoverageTestClient::QueryInterface(const qal::Guid* identifier, void** out) {

@@ -30,10 +30,12 @@ class CoverageTestClient final : public qal::IQCoverageTestClient,
   /// All borrowed. `host` may be null; `windows` may be none and be given later.
   CoverageTestClient(qal::IQHost* host, qal::IQTestImageSource* component, ImageWindows* windows,
                      ImageSelectionEditor* editor);
-  ~CoverageTestClient();
+  ~CoverageTestClient() { Withdraw(); }
   CoverageTestClient(const CoverageTestClient&) = delete;
   CoverageTestClient& operator=(const CoverageTestClient&) = delete;
 
+  /// Takes the registration back; the host is not called from then on.
+  void Withdraw();
   /// The windows of a new view control, or null when it goes away.
   void SetWindows(ImageWindows* windows) { windows_ = windows; }
 

@@ -3,6 +3,7 @@
 
 #include "command_world.h"
 #include "commands/coverage_automation.h"
+#include "util/placeholder_resolver.h"
 
 namespace coverage {
 namespace {
@@ -26,6 +27,36 @@ class CoverageCommandsTest : public testing::Test {
 
   CommandWorld world;
 };
+
+/// A command that tells what a text expands to.
+struct Expander final : CCmd {
+  explicit Expander(qal::IQHost* where) : CCmd(where, 1, "expand", nullptr, {}, {}) {}
+  qal::Status DoCommand(const std::string& line, std::string& result, std::uint32_t&) override {
+    result = SharedPlaceholders()->ExpandPlaceholders(line);
+    return qal::kOk;
+  }
+  std::string Run(const char* line) {
+    doubles::StubCommandOutput lines;
+    return doubles::Executed(*this, line, lines).result;
+  }
+};
+
+TEST(Commands, ExpandPlaceholdersThroughTheirOwnHost) {
+  doubles::StubWorkspace here;
+  doubles::StubWorkspace there;
+  there.projectDirectory = "D:\\there";
+  doubles::HostDouble host;
+  doubles::HostDouble other;
+  host.Offer(here);
+  other.Offer(there);
+  auto first = std::make_unique<Expander>(&host);
+  Expander second(&other);
+  EXPECT_EQ(first->Run("expand $(PROJDIR)"), "C:\\space\\demo");
+  EXPECT_EQ(second.Run("expand $(PROJDIR)"), "D:\\there");
+  first.reset();
+  host.Offer(there);  // another session of the same host
+  EXPECT_EQ(Expander(&host).Run("expand $(PROJDIR)"), "D:\\there");
+}
 
 TEST_F(CoverageCommandsTest, RangeSetsAndChecksTheRange) {
   world.target.limits.lowest = 0x100;

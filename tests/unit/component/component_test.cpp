@@ -95,6 +95,48 @@ TEST_F(Component, EventsReachTheViews) {
   EXPECT_EQ(component.OnDebugEvent(nullptr), qal::kOk);
 }
 
+TEST_F(Component, BeginsAgainOnAnotherHost) {
+  ViewWorld second;
+  LoadedComponent moved;
+  world.log.Clear();
+  EXPECT_EQ(moved.Initialize(&world.host, qal::kTrue), qal::kOk);
+  const std::string first = world.log.Take();
+  static_cast<qal::IQDebugActivitySink&>(moved).OnActivityBegin(1, 2);
+  EXPECT_EQ(moved.Uninitialize(qal::kTrue), qal::kOk);
+  world.log.Clear();
+  EXPECT_EQ(moved.Initialize(&second.host, qal::kTrue), qal::kOk);
+  EXPECT_EQ(second.log.Take(), first);
+  EXPECT_EQ(world.log.Take(), "host.Unadvise(test)\n");
+  EXPECT_EQ(world.host.RegistrationCount(), 0u);
+
+  auto* window = moved.ViewControl()->Windows().NewRangeWindow(0x1000, 0x10FF);
+  second.Ran(0x1000, {{0x107E, 0x1000}});
+  moved.OnDebugEvent(&qal::event::kCoverage);
+  moved.OnDebugEvent(&qal::event::kRedraw);
+  EXPECT_EQ(window->Record().instances[1]->percentage, 50u) << "the activity of before is over";
+  moved.Uninitialize(qal::kTrue);
+  EXPECT_EQ(second.host.RegistrationCount(), 1u) << "the test client stays";
+}
+
+TEST_F(Component, TheActivitySinkIsRegisteredOnce) {
+  const auto sinks = [](ViewWorld& where) {
+    return where.host.Registered(qal::iid::kDebugActivitySink).size();
+  };
+  ViewWorld second;
+  LoadedComponent other;
+  for (const qal::Flag first : {qal::kFalse, qal::kFalse, qal::kTrue}) {
+    EXPECT_EQ(other.Initialize(&world.host, first), qal::kOk);
+    EXPECT_EQ(sinks(world), 1u);
+  }
+  {
+    LoadedComponent moved;
+    EXPECT_EQ(moved.Initialize(&world.host, qal::kFalse), qal::kOk);
+    EXPECT_EQ(moved.Initialize(&second.host, qal::kFalse), qal::kOk);
+    EXPECT_EQ(sinks(world) * 10 + sinks(second), 11u);
+  }
+  EXPECT_EQ(sinks(second), 0u) << "withdrawn with the object";
+}
+
 TEST_F(Component, ErrorTextsComeFromTheIde) {
   qal::IQErrorReporter& reporter = component;
   platform::WideOut text;
