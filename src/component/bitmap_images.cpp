@@ -15,9 +15,11 @@ qal::Variant BitmapImage(std::uint32_t bitmapId, std::size_t* size) {
   return platform::BytesVariant(bytes);
 }
 
-void WriteBitmaps(std::uint32_t bitmapId, qal::Variant* image, qal::Variant* mask) {
-  if (image != nullptr) *image = BitmapImage(bitmapId);
-  if (mask != nullptr) *mask = BitmapImage(bitmapId);
+qal::Status WriteBitmaps(std::uint32_t bitmapId, qal::Variant* image, qal::Variant* mask) {
+  if (image == nullptr || mask == nullptr) return qal::kFail;
+  *image = BitmapImage(bitmapId);
+  *mask = BitmapImage(bitmapId);
+  return qal::kOk;
 }
 
 }  // namespace coverage

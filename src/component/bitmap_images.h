@@ -15,7 +15,8 @@ inline constexpr std::size_t kImageBytes = 1024;
 /// the number of bytes to `size` when it is given. Empty, and size 0, when there is no such bitmap.
 qal::Variant BitmapImage(std::uint32_t bitmapId, std::size_t* size = nullptr);
 
-/// The two outs of a GetBitmaps operation, both made from one bitmap; either may be null.
-void WriteBitmaps(std::uint32_t bitmapId, qal::Variant* image, qal::Variant* mask);
+/// The two outs of a GetBitmaps operation, both made from one bitmap. Fails, and writes nothing, when one of
+/// them is null.
+qal::Status WriteBitmaps(std::uint32_t bitmapId, qal::Variant* image, qal::Variant* mask);
 
 }  // namespace coverage

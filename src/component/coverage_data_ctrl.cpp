@@ -29,6 +29,7 @@ CJepCoverageDataCtrl::~CJepCoverageDataCtrl() {
 }
 
 qal::Status CJepCoverageDataCtrl::QueryInterface(const qal::Guid* iid, void** out) {
+  if (out == nullptr) return qal::kFail;
   *out = nullptr;
   if (iid == nullptr) return qal::kNoInterface;
   if (*iid == qal::iid::kUnknown || *iid == qal::iid::kRegistryClient || *iid == qal::iid::kErrorText) {

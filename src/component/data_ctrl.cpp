@@ -30,15 +30,13 @@ qal::Status CJepDataCtrl2::OnDebugEvent(const qal::Guid* event) {
 }
 
 qal::Status CJepDataCtrl2::GetName(char16_t** name) {
+  if (name == nullptr) return qal::kFail;
   *name = platform::NewWide(name_);
   return qal::kOk;
 }
 
 qal::Status CJepDataCtrl2::GetBitmaps(qal::Variant* image, qal::Variant* mask) {
-  return InterfaceCall([&] {
-    WriteBitmaps(bitmapId_, image, mask);
-    return qal::kOk;
-  });
+  return InterfaceCall([&] { return WriteBitmaps(bitmapId_, image, mask); });
 }
 
 qal::Status CJepDataCtrl2::GetErrorText(qal::Status status, char16_t** text) {

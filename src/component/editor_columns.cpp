@@ -250,7 +250,7 @@ qal::Status EditorColumns::SetFileColumnMode(qal::WideText file, std::uint32_t c
 qal::Status EditorColumns::GetColumnImage(std::int32_t index, std::uint32_t imageId, std::uint32_t column,
                                           qal::Variant* image, qal::Variant* mask, std::uint32_t* size) {
   return InterfaceCall([&] {
-    if (!Active()) return qal::kFail;
+    if (image == nullptr || mask == nullptr || size == nullptr || !Active()) return qal::kFail;
     const Column asked = Find(column);
     if (!asked || asked.which != EditorColumn::kDisassembly) return qal::kFail;
     *size = 0;
@@ -277,7 +277,7 @@ std::uint32_t EditorColumns::ImageMask(std::int32_t mark) const {
 qal::Status EditorColumns::GetLineImageMask(std::uint32_t line, qal::WideText file, std::uint32_t column,
                                             std::uint32_t* mask) {
   return InterfaceCall([&] {
-    if (!Active()) return qal::kFail;
+    if (mask == nullptr || !Active()) return qal::kFail;
     const Column asked = Find(column);
     if (!asked || asked.which != EditorColumn::kDisassembly || view == nullptr) return qal::kFail;
     const auto mark = view->Marks().Mark(EditorColumn::kDisassembly, platform::Narrow(file), line);
@@ -289,7 +289,7 @@ qal::Status EditorColumns::GetLineImageMask(std::uint32_t line, qal::WideText fi
 qal::Status EditorColumns::GetColumnOptions(std::uint32_t* first, std::uint32_t* second, std::uintptr_t,
                                             std::uintptr_t, std::uintptr_t) {
   return InterfaceCall([&] {
-    if (!Active()) return qal::kFail;
+    if (first == nullptr || second == nullptr || !Active()) return qal::kFail;
     *first = 0;
     *second = 4;
     return kOptionsGiven;
@@ -299,7 +299,7 @@ qal::Status EditorColumns::GetColumnOptions(std::uint32_t* first, std::uint32_t*
 qal::Status EditorColumns::GetLineText(char16_t** text, std::int32_t* width, qal::WideText file,
                                        std::uint32_t column, std::uint32_t line) {
   return InterfaceCall([&] {
-    if (!Active()) return qal::kFail;
+    if (text == nullptr || width == nullptr || !Active()) return qal::kFail;
     *text = nullptr;
     *width = 0;
     const Column asked = Find(column);
@@ -318,6 +318,7 @@ qal::Status EditorColumns::GetLineText(char16_t** text, std::int32_t* width, qal
 
 qal::Status EditorColumns::GetColumnTitle(const std::uint32_t* handle, char16_t** title, std::uintptr_t) {
   return InterfaceCall([&] {
+    if (title == nullptr) return qal::kFail;
     *title = nullptr;
     if (!Active()) return qal::kOk;
     std::string_view shown;

@@ -12,7 +12,7 @@ namespace coverage {
 
 /// The component's columns "Coverage" and "Coverage - ASM" in the IDE's editors: their registration and what
 /// the IDE asks of them. While the component is inactive every operation fails (GetColumnTitle gives nothing)
-/// and nothing changes. Column ids are the component's, handles
+/// and nothing changes; so it does when a place to write to is null. Column ids are the component's, handles
 /// the column service's. UI thread only.
 class EditorColumns : public qal::IQColumnClient {
  public:

@@ -20,6 +20,7 @@ CJepFormatViewCtrl::CJepFormatViewCtrl(qal::IQHost* hostObject, CUiCustomizer* c
       categories{kTextCategory} {}
 
 qal::Status CJepFormatViewCtrl::QueryInterface(const qal::Guid* iid, void** out) {
+  if (out == nullptr) return qal::kFail;
   *out = nullptr;
   if (iid == nullptr || !(*iid == qal::iid::kUnknown || *iid == qal::iid::kFormatViewClient2)) {
     return qal::kNoInterface;
@@ -29,39 +30,40 @@ qal::Status CJepFormatViewCtrl::QueryInterface(const qal::Guid* iid, void** out)
 }
 
 qal::Status CJepFormatViewCtrl::GetFormatName(char16_t** name) {
+  if (name == nullptr) return qal::kFail;
   *name = platform::NewWide("");
   return qal::kOk;
 }
 
 qal::Status CJepFormatViewCtrl::GetCategories(qal::Variant* list) {
+  if (list == nullptr) return qal::kFail;
   return InterfaceCall([&] {
     *list = platform::TextListVariant(categories);
     return qal::kOk;
   });
 }
 
-void CJepFormatViewCtrl::WriteColours(std::string_view category, std::uint32_t* foreground,
-                                      std::uint32_t* background) const {
+qal::Status CJepFormatViewCtrl::WriteColours(std::string_view category, std::uint32_t* foreground,
+                                             std::uint32_t* background) const {
+  if (foreground == nullptr || background == nullptr) return qal::kFail;
   const bool selected = category == kSelectedTextCategory;
-  if (!selected && category != kTextCategory) return;
+  if (!selected && category != kTextCategory) return qal::kOk;
   *foreground = static_cast<std::uint32_t>(selected ? selectedFore : textFore);
   *background = static_cast<std::uint32_t>(selected ? selectedBack : textBack);
+  return qal::kOk;
 }
 
 qal::Status CJepFormatViewCtrl::GetCurrentColours(std::uint32_t* foreground, std::uint32_t* background) {
-  WriteColours(currentCategory, foreground, background);
-  return qal::kOk;
+  return WriteColours(currentCategory, foreground, background);
 }
 
 qal::Status CJepFormatViewCtrl::GetColours(qal::WideText category, std::uint32_t* foreground,
                                            std::uint32_t* background) {
-  return InterfaceCall([&] {
-    WriteColours(platform::Narrow(category), foreground, background);
-    return qal::kOk;
-  });
+  return InterfaceCall([&] { return WriteColours(platform::Narrow(category), foreground, background); });
 }
 
 qal::Status CJepFormatViewCtrl::GetFont(char16_t** face, std::uint32_t* size) {
+  if (face == nullptr || size == nullptr) return qal::kFail;
   if (!viewFont) return 1;
   *face = platform::NewWide(viewFont->face);
   *size = static_cast<std::uint32_t>(std::abs(viewFont->height));

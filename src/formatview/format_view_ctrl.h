@@ -65,7 +65,8 @@ class CJepFormatViewCtrl : public CUiCommandSink, public qal::IQFormatViewClient
   std::vector<std::string> categories;
 
  private:
-  void WriteColours(std::string_view category, std::uint32_t* foreground, std::uint32_t* background) const;
+  qal::Status WriteColours(std::string_view category, std::uint32_t* foreground,
+                           std::uint32_t* background) const;
 };
 
 }  // namespace coverage

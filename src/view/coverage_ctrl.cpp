@@ -75,6 +75,7 @@ bool CJepCoverageCtrl::AskMacroQuestion(const std::string& question) {
 // Interfaces.
 
 qal::Status CJepCoverageCtrl::QueryInterface(const qal::Guid* iid, void** out) {
+  if (out == nullptr) return qal::kFail;
   *out = nullptr;
   if (iid == nullptr || !(*iid == qal::iid::kUnknown || *iid == qal::iid::kWorkSpaceClient ||
                           *iid == qal::iid::kWorkSpaceClient2)) {
@@ -86,6 +87,7 @@ qal::Status CJepCoverageCtrl::QueryInterface(const qal::Guid* iid, void** out) {
 
 qal::Status CJepCoverageCtrl::GetSessionValue(std::uintptr_t, std::uintptr_t, std::uintptr_t,
                                               std::uint32_t* value) {
+  if (value == nullptr) return qal::kFail;
   *value = sessionValue;
   return qal::kOk;
 }

@@ -7,6 +7,7 @@
 namespace coverage {
 
 qal::Status CJepCoverageCtrl::GetFormatName(char16_t** name) {
+  if (name == nullptr) return qal::kFail;
   return InterfaceCall([&] {
     *name = platform::NewWide(coverage::Text(strings::kCoverage));
     return qal::kOk;
@@ -14,6 +15,7 @@ qal::Status CJepCoverageCtrl::GetFormatName(char16_t** name) {
 }
 
 qal::Status CJepCoverageCtrl::GetFont(char16_t** face, std::uint32_t* size) {
+  if (face == nullptr || size == nullptr) return qal::kFail;
   *face = qal::AllocText(displayFont.face);
   *size = static_cast<std::uint32_t>(displayFont.size);
   return qal::kOk;

@@ -137,6 +137,64 @@ TEST_F(Component, TheActivitySinkIsRegisteredOnce) {
   EXPECT_EQ(sinks(second), 0u) << "withdrawn with the object";
 }
 
+TEST_F(Component, NothingIsDoneThroughANullPointer) {
+  Begin();
+  qal::IQRegistryClient& client = component;
+  qal::IQComponent2& object = component;
+  qal::IQTestImageSource& images = component;
+  CJepFormatViewCtrl plain(&world.host, nullptr);
+  qal::IQFormatViewClient2& plainFormat = plain;
+  qal::IQFormatViewClient2& format = *component.ViewControl();
+  qal::IQWorkSpaceClient2& workspace = *component.ViewControl();
+  const qal::Guid* const any = &qal::iid::kUnknown;
+  const platform::Wide main(ViewWorld::kSource);
+  const platform::Wide text(kTextCategory);
+  char16_t mark = 0;
+  char16_t* name = &mark;
+  std::uint32_t number = 99;
+  std::int32_t width = 99;
+  qal::Variant variant;
+  const std::pair<const char*, std::function<qal::Status()>> calls[] = {
+      {"QueryInterface", [&] { return client.QueryInterface(any, nullptr); }},
+      {"GetName", [&] { return object.GetName(nullptr); }},
+      {"GetBitmaps, image", [&] { return object.GetBitmaps(nullptr, &variant); }},
+      {"GetBitmaps, mask", [&] { return object.GetBitmaps(&variant, nullptr); }},
+      {"test GetName", [&] { return images.GetName(nullptr); }},
+      {"test GetBitmaps, image", [&] { return images.GetBitmaps(nullptr, &variant); }},
+      {"test GetBitmaps, mask", [&] { return images.GetBitmaps(&variant, nullptr); }},
+      {"GetColumnImage, image", [&] { return Client().GetColumnImage(1, 7, 1, nullptr, &variant, &number); }},
+      {"GetColumnImage, mask", [&] { return Client().GetColumnImage(1, 7, 1, &variant, nullptr, &number); }},
+      {"GetColumnImage, size", [&] { return Client().GetColumnImage(1, 7, 1, &variant, &variant, nullptr); }},
+      {"GetLineImageMask", [&] { return Client().GetLineImageMask(3, main.get(), 1, nullptr); }},
+      {"GetColumnOptions, first", [&] { return Client().GetColumnOptions(nullptr, &number, 0, 0, 0); }},
+      {"GetColumnOptions, second", [&] { return Client().GetColumnOptions(&number, nullptr, 0, 0, 0); }},
+      {"GetLineText, text", [&] { return Client().GetLineText(nullptr, &width, main.get(), 0, 3); }},
+      {"GetLineText, width", [&] { return Client().GetLineText(&name, nullptr, main.get(), 0, 3); }},
+      {"GetColumnTitle", [&] { return Client().GetColumnTitle(&number, nullptr, 0); }},
+      {"plain QueryInterface", [&] { return plainFormat.QueryInterface(any, nullptr); }},
+      {"plain GetFormatName", [&] { return plainFormat.GetFormatName(nullptr); }},
+      {"plain GetFont, face", [&] { return plainFormat.GetFont(nullptr, &number); }},
+      {"plain GetFont, size", [&] { return plainFormat.GetFont(&name, nullptr); }},
+      {"GetCategories", [&] { return plainFormat.GetCategories(nullptr); }},
+      {"GetCurrentColours, text", [&] { return plainFormat.GetCurrentColours(nullptr, &number); }},
+      {"GetCurrentColours, back", [&] { return plainFormat.GetCurrentColours(&number, nullptr); }},
+      {"GetColours, text", [&] { return plainFormat.GetColours(text.get(), nullptr, &number); }},
+      {"GetColours, back", [&] { return plainFormat.GetColours(text.get(), &number, nullptr); }},
+      {"view QueryInterface", [&] { return format.QueryInterface(any, nullptr); }},
+      {"view GetFormatName", [&] { return format.GetFormatName(nullptr); }},
+      {"view GetFont, face", [&] { return format.GetFont(nullptr, &number); }},
+      {"view GetFont, size", [&] { return format.GetFont(&name, nullptr); }},
+      {"GetSessionValue", [&] { return workspace.GetSessionValue(0, 0, 0, nullptr); }},
+  };
+  plainFormat.SetColours(text.get(), 1, 2);
+  world.log.Clear();
+  for (const auto& [what, call] : calls) EXPECT_EQ(call(), qal::kFail) << what;
+  EXPECT_EQ(name, &mark);
+  EXPECT_EQ(number * 1000 + static_cast<std::uint32_t>(width), 99099u);
+  EXPECT_EQ(variant.tag, qal::kVariantEmpty);
+  EXPECT_EQ(world.log.Text(), "");
+}
+
 TEST_F(Component, ErrorTextsComeFromTheIde) {
   qal::IQErrorReporter& reporter = component;
   platform::WideOut text;
