@@ -7,10 +7,11 @@
 #include "doubles/target.h"
 #include "macro/coverage_images.h"
 #include "macro/coverage_test_client.h"
+#include "macro/image_escapes.h"
 #include "platform/text.h"
 
 /// Two texts, divided by a line feed, as image and selection texts: taken as the selection, verified against
-/// a range and a file window, and compared with each other.
+/// a range and a file window, and compared with each other. The whole is also a name that must come back.
 namespace {
 
 using namespace coverage;
@@ -20,13 +21,14 @@ struct World final : ImageWindows {
     target.Fill(0, 0x2fff);
     target.OfferTo(host);
     file.kind = WindowKind::kFile;
-    file.sourceFile = "C:\\main.c";
-    Add(range, bare);
-    Add(file, function);
+    file.sourceFile = "C:\\a (%28)*~.c";
+    Add(range, 1, bare);
+    Add(file, 1, later);
+    Add(file, 2, earlier);
   }
-  static void Add(CoverageWindow& window, CoverageInstance& instance) {
+  static void Add(CoverageWindow& window, std::uint32_t number, CoverageInstance& instance) {
     instance.counts->SetRange(instance.start, instance.end);
-    window.instances[1] = &instance;
+    window.instances[number] = &instance;
   }
   std::vector<const CoverageWindow*> OpenWindows() override { return {&range, &file}; }
   DisassemblyCache& Instructions() override { return cache; }
@@ -36,7 +38,8 @@ struct World final : ImageWindows {
   DisassemblyCache cache;
   CoverageWindow range, file;
   CoverageInstance bare{&host, 0x1000, 0x1007, "", 1};
-  CoverageInstance function{&host, 0x2000, 0x2003, "main", 1};
+  CoverageInstance earlier{&host, 0x2000, 0x2003, "T::~T(char*)", 1};
+  CoverageInstance later{&host, 0x2004, 0x2007, "T::~T(char*)", 1};
 };
 
 }  // namespace
@@ -44,6 +47,8 @@ struct World final : ImageWindows {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   static World world;
   const std::string_view text(reinterpret_cast<const char*>(data), size);
+  if (ReadName(WrittenName(text)) != text || ReadToken(WrittenToken(text)) != text) std::abort();
+  if (WrittenName(text).find_first_of("()~*") != std::string::npos) std::abort();
   const std::size_t half = text.find('\n');
   const platform::Wide first(text.substr(0, half));
   const platform::Wide second(half == std::string_view::npos ? text : text.substr(half + 1));

@@ -9,12 +9,6 @@
 namespace coverage {
 namespace {
 
-/// Without leading zeros; a text of zeros only stays whole.
-std::string_view WithoutZeros(std::string_view addressText) {
-  const std::size_t digit = addressText.find_first_not_of('0');
-  return digit == std::string_view::npos ? addressText : addressText.substr(digit);
-}
-
 std::int32_t LowTimes(const CoverageCell& cell) { return static_cast<std::int32_t>(cell.times); }
 
 /// Whether an image's number tells the live count: it is the count, or what images are written with, its low
@@ -95,7 +89,7 @@ void CoverageImages::AppendInstance(CoverageInstance& instance, ImageOutput& ima
                   table.cellCount(), [&](std::uint32_t, const Instruction& instruction) {
                     const CoverageCell cell =
                         table.CellAt(AddressOfText(instruction.addressText)).value_or(CoverageCell{});
-                    image.Entry(WithoutZeros(instruction.addressText), LowTimes(cell), PassText(cell.pass));
+                    image.Entry(instruction.addressText, LowTimes(cell), cell.pass);
                   });
 }
 

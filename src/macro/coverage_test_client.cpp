@@ -1,6 +1,7 @@
 #include "macro/coverage_test_client.h"
 
-#include <new>
+#include <algorithm>
+#include <initializer_list>
 
 #include "model/services.h"
 #include "platform/text.h"
@@ -37,8 +38,10 @@ struct VerdictOut {
   char16_t** messages;
   std::uint32_t* runStatus;
 
-  /// Whether a verdict can be written. The texts of one about a malformed image are not.
-  bool Takes(bool malformed) const { return runStatus && (malformed || (resultName && messages)); }
+  /// Whether a verdict about the images can be written: of one about a malformed image the texts are not.
+  bool Takes(std::initializer_list<std::string_view> images) const {
+    return runStatus && ((resultName && messages) || std::any_of(images.begin(), images.end(), IsMalformed));
+  }
   qal::Status Give(const ImageVerdict& verdict) const {
     if (verdict.runStatus != 0) *runStatus = verdict.runStatus;
     if (verdict.runStatus == 2) return kNothing;
@@ -115,7 +118,7 @@ qal::Status CoverageTestClient::Verify(qal::WideText image, char16_t** resultNam
   return Guarded([&] {
     const std::string text = platform::Narrow(image);
     const VerdictOut out{resultName, messages, runStatus};
-    if (!out.Takes(IsMalformed(text))) return qal::kFail;
+    if (!out.Takes({text})) return qal::kFail;
     selection_ = ParseImageSelection(text);
     if (!windows_) return qal::kFail;
     return out.Give(CoverageImages(host_, *windows_).VerifyImage(text));
@@ -128,7 +131,7 @@ qal::Status CoverageTestClient::Compare(qal::WideText first, qal::WideText secon
     const std::string left = platform::Narrow(first);
     const std::string right = platform::Narrow(second);
     const VerdictOut out{resultName, messages, runStatus};
-    if (!out.Takes(IsMalformed(left) || IsMalformed(right))) return qal::kFail;
+    if (!out.Takes({left, right})) return qal::kFail;
     selection_ = ParseImageSelection(left);
     return out.Give(CompareImages(left, right));
   });

@@ -1,6 +1,7 @@
 #include "macro/image_output.h"
 
 #include <algorithm>
+#include <bit>
 #include <charconv>
 #include <cstdlib>
 #include <cstring>
@@ -8,6 +9,8 @@
 #include <string>
 #include <utility>
 
+#include "macro/image_text.h"
+#include "model/coverage_cell.h"
 #include "platform/text.h"
 
 namespace coverage {
@@ -18,6 +21,31 @@ constexpr std::size_t kLengthBytes = 4;
 /// As many units as a length of 32 signed bits can tell, in bytes.
 constexpr std::size_t kMostUnits = 0x3FFFFFFF;
 constexpr std::size_t kFirstUnits = 1024;
+
+/// Pass texts with the blanks around them, by pass bits; all are copied with their full size.
+constexpr struct PassField {
+  char text[8];
+  std::uint8_t length;
+} kPassFields[] = {{" - ", 3}, {" T ", 3}, {" F ", 3}, {" T/F ", 5}};
+/// Most bytes of an entry beside its address text.
+constexpr std::size_t kCountAndPass = 1 + 11 + sizeof(PassField::text);
+
+/// Puts an address text without the zeros in front to `out`, where 8 bytes or the text's size must fit.
+char* PutWithoutZeros(char* out, std::string_view text) {
+  if (text.size() == 8) {
+    static_assert(std::endian::native == std::endian::little);
+    std::uint64_t digits;
+    std::memcpy(&digits, text.data(), 8);
+    // The lowest bit that is set belongs to the first character that is no zero.
+    const std::uint64_t others = digits ^ 0x3030303030303030U;
+    const int zeros = others == 0 ? 0 : std::countr_zero(others) / 8;
+    digits >>= 8 * zeros;
+    std::memcpy(out, &digits, 8);
+    return out + 8 - zeros;
+  }
+  text = WithoutZeros(text);
+  return std::copy(text.begin(), text.end(), out);
+}
 
 }  // namespace
 
@@ -30,21 +58,18 @@ void ImageOutput::Append(std::string_view text) {
   filled_ += text.size();
 }
 
-void ImageOutput::Entry(std::string_view address, std::int32_t count, std::string_view pass) {
-  constexpr std::size_t kCountAndBlanks = 11 + 3;
-  if (address.size() + pass.size() > kLongestEntry - kCountAndBlanks) {
-    Append(address);
-    address = {};
+void ImageOutput::Entry(std::string_view addressText, std::int32_t count, std::uint32_t pass) {
+  if (addressText.size() > kLongestEntry - kCountAndPass) {
+    Append(WithoutZeros(addressText));
+    addressText = {};
   }
   if (kChunk - filled_ < kLongestEntry) Flush();
-  char* at = chunk_.data() + filled_;
-  at = std::copy(address.begin(), address.end(), at);
+  char* at = PutWithoutZeros(chunk_.data() + filled_, addressText);
   *at++ = ' ';
   at = std::to_chars(at, at + 11, count).ptr;
-  *at++ = ' ';
-  at = std::copy(pass.begin(), pass.end(), at);
-  *at++ = ' ';
-  filled_ = static_cast<std::size_t>(at - chunk_.data());
+  const PassField& field = kPassFields[pass & kPassMask];
+  std::memcpy(at, field.text, sizeof field.text);
+  filled_ = static_cast<std::size_t>(at + field.length - chunk_.data());
 }
 
 char16_t* ImageOutput::Take() {
@@ -63,10 +88,19 @@ char16_t* ImageOutput::Take() {
 void ImageOutput::Flush() { AppendWide({chunk_.data(), std::exchange(filled_, 0)}); }
 
 void ImageOutput::AppendWide(std::string_view text) {
-  const std::u16string wide = platform::Widen(text);
-  Grow(wide.size());
-  std::copy(wide.begin(), wide.end(), Text() + units_);
-  units_ += wide.size();
+  // All but names and paths is ASCII, which is the same in every code page.
+  unsigned char all = 0;
+  for (const char c : text) all |= static_cast<unsigned char>(c);
+  const std::u16string other = all < 0x80 ? std::u16string() : platform::Widen(text);
+  const std::size_t size = all < 0x80 ? text.size() : other.size();
+  Grow(size);
+  char16_t* const to = Text() + units_;
+  if (all < 0x80) {
+    for (std::size_t i = 0; i < size; ++i) to[i] = static_cast<unsigned char>(text[i]);
+  } else {
+    std::copy(other.begin(), other.end(), to);
+  }
+  units_ += size;
 }
 
 void ImageOutput::Grow(std::size_t units) {

@@ -19,8 +19,9 @@ class ImageOutput {
 
   /// Whole characters of the system code page.
   void Append(std::string_view text);
-  /// One entry, each of its three fields with a blank after it.
-  void Entry(std::string_view address, std::int32_t count, std::string_view pass);
+  /// One entry: the address text without the zeros in front (one of zeros only stays whole), count and pass
+  /// text, each with a blank after it. `pass` is 0 to 3.
+  void Entry(std::string_view addressText, std::int32_t count, std::uint32_t pass);
   /// The text, which the caller frees with qal::FreeText. Once.
   char16_t* Take();
 

@@ -77,10 +77,7 @@ std::string ImageHead(std::uint32_t options) {
   return std::string(kImageVersion) + platform::Format("%02d", static_cast<std::int32_t>(options));
 }
 
-bool IsMalformed(std::string_view image) {
-  const std::size_t lastClose = image.rfind(')');
-  return image.find('(', lastClose == std::string_view::npos ? 0 : lastClose) != std::string_view::npos;
-}
+bool IsMalformed(std::string_view image) { return !SplitImage(image); }
 
 std::optional<std::vector<ImageItem>> SplitImage(std::string_view image) {
   std::vector<ImageItem> items;
@@ -136,12 +133,12 @@ std::int64_t CountOfField(std::string_view field) {
   const bool negative = at < field.size() && field[at] == '-';
   if (negative || (at < field.size() && field[at] == '+')) ++at;
   constexpr auto kMost = static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());
-  const std::uint64_t limit = negative ? kMost + 1 : kMost;
+  constexpr std::uint64_t kTooLarge = std::numeric_limits<std::uint64_t>::max();
   std::uint64_t value = 0;
   for (; at < field.size() && field[at] >= '0' && field[at] <= '9'; ++at) {
-    const auto digit = static_cast<std::uint64_t>(field[at] - '0');
-    value = value > (limit - digit) / 10 ? limit : value * 10 + digit;
+    value = value > kMost / 10 ? kTooLarge : value * 10 + static_cast<std::uint64_t>(field[at] - '0');
   }
+  value = std::min(value, negative ? kMost + 1 : kMost);
   return static_cast<std::int64_t>(negative ? 0 - value : value);
 }
 

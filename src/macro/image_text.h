@@ -61,6 +61,12 @@ ImageSelection ParseImageSelection(std::string_view text, bool* complete = nullp
 /// Version and options, the head of every image.
 std::string ImageHead(std::uint32_t options);
 
+/// An address text as entries have it: without zeros in front; one of zeros only stays whole.
+inline std::string_view WithoutZeros(std::string_view addressText) {
+  const std::size_t digit = addressText.find_first_not_of('0');
+  return digit == std::string_view::npos ? addressText : addressText.substr(digit);
+}
+
 struct ImageItem {
   std::string token;
   std::string_view data;  ///< into the image
