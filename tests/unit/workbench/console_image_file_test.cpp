@@ -8,7 +8,7 @@
 namespace workbench {
 namespace {
 
-constexpr char kHere[] = "C:\\work";
+constexpr char kHere[] = "C:\\w (~%28)";
 
 TEST(ImageFile, HasALineForEachThingAndGivesTheImageBack) {
   const struct {
@@ -17,8 +17,8 @@ TEST(ImageFile, HasALineForEachThingAndGivesTheImageBack) {
       {"1.003", "1.003\n"},
       {"1.003(rng+0x10 - 0x13)~10 13~10 5 T 12 1 T/F ",
        "1.003\n(rng+0x10 - 0x13)\n~10 13~\n10 5 T\n12 1 T/F\n"},
-      {"1.015(src+C:*work*a*b.c)~f~10 -1 - ~g~(src+C:*worker*b.c)(src+\\b.c)",
-       "1.015\n(src+$(PROJDIR)*a*b.c)\n~f~\n10 -1 -\n~g~\n(src+C:*worker*b.c)\n(src+\\b.c)\n"},
+      {"1.015(src+C:*w %28%7E%2528%29*a*b.c)~f~10 -1 - ~g~(src+C:*w %28%7E%2528%29r*b.c)(src+\\b.c)",
+       "1.015\n(src+$(PROJDIR)*a*b.c)\n~f~\n10 -1 -\n~g~\n(src+C:*w %28%7E%2528%29r*b.c)\n(src+\\b.c)\n"},
       {"1.003(rng+0x10 - 0x13)~10 13~10 5 T 12 1", "1.003(rng+0x10 - 0x13)~10 13~10 5 T 12 1\n"},
       {"1.003(rng+0x10 - 0x13", "1.003(rng+0x10 - 0x13\n"},
       {"1.003(a)  ~f", "1.003(a)  ~f\n"},
