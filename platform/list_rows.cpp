@@ -1,5 +1,7 @@
 #include "platform/list_rows.h"
 
+#include <algorithm>
+
 namespace platform {
 
 namespace {
@@ -8,7 +10,32 @@ const std::string kNoText;
 
 }  // namespace
 
+void ListRows::Insert(int row) {
+  rows_.emplace(rows_.begin() + row);
+  ++count_;
+  if (row < writtenEnd_) ++writtenEnd_;
+}
+
+void ListRows::Erase(int row) {
+  rows_.erase(rows_.begin() + row);
+  --count_;
+  if (row < writtenEnd_) --writtenEnd_;
+}
+
+void ListRows::Resize(int count) {
+  for (; writtenEnd_ > count; --writtenEnd_) rows_[static_cast<std::size_t>(writtenEnd_ - 1)].reset();
+  const auto rows = static_cast<std::size_t>(count);
+  if (rows > rows_.size()) rows_.resize(rows);
+  count_ = count;
+}
+
+void ListRows::Clear() {
+  rows_.clear();
+  count_ = writtenEnd_ = 0;
+}
+
 ListRows::Row& ListRows::Touch(int row) {
+  writtenEnd_ = std::max(writtenEnd_, row + 1);
   auto& place = rows_[static_cast<std::size_t>(row)];
   if (!place) place = std::make_unique<Row>();
   return *place;

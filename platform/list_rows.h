@@ -18,11 +18,12 @@ class PLATFORM_API ListRows {
   /// More than any list shows; every row takes the room of a pointer.
   static constexpr int kMaxRows = 1 << 24;
 
-  int Count() const { return static_cast<int>(rows_.size()); }
-  void Insert(int row) { rows_.emplace(rows_.begin() + row); }
-  void Erase(int row) { rows_.erase(rows_.begin() + row); }
-  void Resize(int count) { rows_.resize(static_cast<std::size_t>(count)); }
-  void Clear() { rows_.clear(); }
+  int Count() const { return count_; }
+  void Insert(int row);
+  void Erase(int row);
+  /// Taking away rows that nobody has written to costs nothing.
+  void Resize(int count);
+  void Clear();
   /// Shifts the cells of every row behind a column that came or went.
   void InsertColumn(int column);
   void EraseColumn(int column);
@@ -47,7 +48,9 @@ class PLATFORM_API ListRows {
   }
   Row& Touch(int row);
 
-  std::deque<std::unique_ptr<Row>> rows_;
+  std::deque<std::unique_ptr<Row>> rows_;  ///< with null ones beyond the count
+  int count_ = 0;
+  int writtenEnd_ = 0;  ///< from here on nobody has written to a row
 };
 
 }  // namespace platform

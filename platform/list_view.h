@@ -92,7 +92,8 @@ class PLATFORM_API ListView : public Control {
   /// its heading needs. Hidden columns stay hidden; a list without a size keeps its widths.
   void FitColumns();
 
-  // Rows. A million empty rows cost eight megabytes; texts are kept for cells that have been set.
+  // Rows. A million empty rows cost eight megabytes, until all rows are deleted; texts are kept for cells
+  // that have been set.
 
   int RowCount() const { return rows_.Count(); }
   /// Inserts before `row` (at the end when it is beyond); gives its index, -1 for a negative one or beyond

@@ -46,45 +46,9 @@ Instruction DisassemblyCache::Keep(std::uint32_t address, const Instruction& ins
 }
 
 bool DisassemblyCache::FetchNew(std::uint32_t address, InstructionSource& source, Instruction& out) {
-  if (const Entry* const entry = EntryOf(address); entry != nullptr && entry->Failed()) return false;
-  if (!source.InstructionAt(address, out)) {
-    NoteFailure(address);
-    return false;
-  }
+  if (!source.InstructionAt(address, out)) return false;
   out = Keep(address, out);
   return true;
-}
-
-void DisassemblyCache::NoteFailure(std::uint32_t address) {
-  MakeEntry(address).place = 1;
-  const std::uint32_t step = address - run_.last;
-  const bool follows = run_.count != 0 && address > run_.last && step <= kMaxStep &&
-                       (run_.count == 1 || run_.first + step * std::uint64_t{run_.count} == address);
-  if (follows) {
-    // Told to the first of them, so that a walk that begins there passes over all at once.
-    Entry& first = MakeEntry(run_.first);
-    first.place = ++run_.count;
-    first.codeLength = static_cast<std::uint16_t>(step);
-    run_.last = address;
-  } else {
-    run_ = {address, address, 1};
-  }
-}
-
-std::uint64_t DisassemblyCache::AfterFailures(std::uint32_t address, std::uint32_t step) {
-  std::uint64_t next = std::uint64_t{address} + step;
-  for (std::uint64_t at = address; at <= UINT32_MAX; at = next) {
-    const Entry* const entry = EntryOf(static_cast<std::uint32_t>(at));
-    if (entry == nullptr || !entry->Failed()) break;
-    next = at + std::uint64_t{step} * (entry->codeLength == step ? entry->place : 1);
-  }
-  const std::uint64_t count = (next - address) / step;
-  if (count > 1 && step <= kMaxStep && count <= UINT32_MAX) {
-    Entry& first = MakeEntry(address);
-    first.place = static_cast<std::uint32_t>(count);
-    first.codeLength = static_cast<std::uint16_t>(step);
-  }
-  return next;
 }
 
 void DisassemblyCache::Drop() {
@@ -95,7 +59,6 @@ void DisassemblyCache::Drop() {
   chunks_.clear();
   used_ = 0;
   size_ = 0;
-  run_ = {};
   ++generation_;
 }
 

@@ -13,9 +13,9 @@
 
 namespace coverage {
 
-/// Instructions that were disassembled once: lengths, address texts and code texts by address, and the
-/// addresses at which there was none. Pages of 4 KiB of addresses hold where each instruction's record lies;
-/// the records lie in chunks that never move, so texts are valid until Drop. UI thread only.
+/// Instructions that were disassembled once: lengths, address texts and code texts by address. Pages of 4 KiB
+/// of addresses hold where each instruction's record lies; the records lie in chunks that never move, so
+/// texts are valid until Drop. UI thread only.
 class DisassemblyCache {
  public:
   DisassemblyCache();
@@ -33,14 +33,10 @@ class DisassemblyCache {
   /// address text, 64 KiB of code text), or for which the cache is full (1 GiB of texts), is handed back as
   /// it came.
   Instruction Keep(std::uint32_t address, const Instruction& instruction);
-  /// From the cache, else from `source`, which is not asked again where it failed.
+  /// From the cache, else from `source`. Failures are not kept.
   bool Fetch(std::uint32_t address, InstructionSource& source, Instruction& out) {
     return Find(address, out) || FetchNew(address, source, out);
   }
-  /// After a failure at `address`: the next address, in steps of `step` > 0 bytes, that is not known to fail.
-  /// May lie beyond the address space. Takes no longer for a large hole than for a small one, when the hole
-  /// was walked in such steps before.
-  std::uint64_t AfterFailures(std::uint32_t address, std::uint32_t step);
 
   /// Forgets everything and begins a new generation.
   void Drop();
@@ -54,29 +50,17 @@ class DisassemblyCache {
   static constexpr std::size_t kStepsAPage = std::size_t{1} << (kPageBits - 1);
   static constexpr std::size_t kChunk = std::size_t{1} << 20;
   static constexpr std::size_t kMaxChunks = 1024;
-  static constexpr std::uint32_t kMaxStep = 0xFFFF;
-  /// Where the texts lie and how long they are. With size 0 there are none: nothing is known when the place
-  /// is 0, else nothing can be disassembled at so many addresses from this one, `codeLength` bytes apart.
+  /// Where the texts lie and how long they are. Size 0: nothing known.
   struct Entry {
     std::uint32_t place = 0;
     std::uint8_t size = 0;
     std::uint8_t addressLength = 0;
     std::uint16_t codeLength = 0;
-
-    bool Failed() const { return size == 0 && place != 0; }
   };
   static_assert(sizeof(Entry) == 8);
   using Page = std::array<Entry, kStepsAPage>;
 
-  /// The failures noted last, as long as each lies as far after the one before.
-  struct FailedRun {
-    std::uint32_t first = 0;
-    std::uint32_t last = 0;
-    std::uint32_t count = 0;
-  };
-
   bool FetchNew(std::uint32_t address, InstructionSource& source, Instruction& out);
-  void NoteFailure(std::uint32_t address);
   const Entry* EntryOf(std::uint32_t address) const {
     // The page looked at last, unless the address is odd: then no page has this number.
     if ((address >> kPageBits | (address & 1u) << 31) == lastPage_) [[likely]] {
@@ -93,7 +77,6 @@ class DisassemblyCache {
   mutable Page* last_ = nullptr;
   std::vector<std::unique_ptr<char[]>> chunks_;
   std::size_t used_ = 0;  ///< bytes of the last chunk
-  FailedRun run_;
   std::size_t size_ = 0;
   std::uint64_t generation_ = 1;
 };
