@@ -251,7 +251,7 @@ int main(int argc, char** argv) {
   StopRows(suite);
   MarkRows(suite);
   suite.RequireFigure("scrolling 2 MiB, the dearest page against the median", DearestPageOfCode, 3);
-  suite.RequireFigure("scrolling over undefined memory, the dearest page against the median",
-                      DearestPageBesideAHole, 3);
+  suite.RequireFigure("scrolling over a hole, the dearest page against the median", DearestPageBesideAHole,
+                      3);
   return suite.Run(argc, argv);
 }

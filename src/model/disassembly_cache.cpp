@@ -46,7 +46,11 @@ Instruction DisassemblyCache::Keep(std::uint32_t address, const Instruction& ins
 }
 
 bool DisassemblyCache::FetchNew(std::uint32_t address, InstructionSource& source, Instruction& out) {
-  if (!source.InstructionAt(address, out)) return false;
+  if (failed_.Holds(address)) return false;
+  if (!source.InstructionAt(address, out)) {
+    failed_.Note(address);
+    return false;
+  }
   out = Keep(address, out);
   return true;
 }
@@ -58,6 +62,7 @@ void DisassemblyCache::Drop() {
   lastPage_ = kNoPage;
   chunks_.clear();
   used_ = 0;
+  failed_.Clear();
   size_ = 0;
   ++generation_;
 }

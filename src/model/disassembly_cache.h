@@ -9,13 +9,14 @@
 #include <unordered_map>
 #include <vector>
 
+#include "model/failed_addresses.h"
 #include "model/instruction_reader.h"
 
 namespace coverage {
 
-/// Instructions that were disassembled once: lengths, address texts and code texts by address. Pages of 4 KiB
-/// of addresses hold where each instruction's record lies; the records lie in chunks that never move, so
-/// texts are valid until Drop. UI thread only.
+/// Instructions that were disassembled once: lengths, address texts and code texts by address, and where
+/// there was none. Pages of 4 KiB of addresses hold where each instruction's record lies; the records lie in
+/// chunks that never move, so texts are valid until Drop. UI thread only.
 class DisassemblyCache {
  public:
   DisassemblyCache();
@@ -33,10 +34,12 @@ class DisassemblyCache {
   /// address text, 64 KiB of code text), or for which the cache is full (1 GiB of texts), is handed back as
   /// it came.
   Instruction Keep(std::uint32_t address, const Instruction& instruction);
-  /// From the cache, else from `source`. Failures are not kept.
+  /// From the cache, else from `source`, which is not asked again where it failed.
   bool Fetch(std::uint32_t address, InstructionSource& source, Instruction& out) {
     return Find(address, out) || FetchNew(address, source, out);
   }
+  /// Where instructions could not be fetched.
+  const FailedAddresses& Failed() const { return failed_; }
 
   /// Forgets everything and begins a new generation.
   void Drop();
@@ -77,6 +80,7 @@ class DisassemblyCache {
   mutable Page* last_ = nullptr;
   std::vector<std::unique_ptr<char[]>> chunks_;
   std::size_t used_ = 0;  ///< bytes of the last chunk
+  FailedAddresses failed_;
   std::size_t size_ = 0;
   std::uint64_t generation_ = 1;
 };

@@ -15,6 +15,19 @@ constexpr std::size_t kEllipsisAt = 252;
 constexpr std::string_view kEllipsis = "...";
 constexpr int kAllColumns[] = {kTimesColumn, kPassColumn, kAddressColumn, kAssemblerColumn, kSourceColumn};
 
+/// Whether a text is the number that the instruction's own text begins with. Without "0x" or a digit in front
+/// it may be a label.
+bool IsNumberOf(std::string_view text, std::string_view addressText) {
+  if (text.starts_with("0x")) {
+    text.remove_prefix(2);
+  } else if (text.empty() || text[0] < '0' || text[0] > '9') {
+    return false;
+  }
+  if (!addressText.starts_with(text)) return false;
+  addressText.remove_prefix(text.size());
+  return addressText.empty() || addressText[0] == ' ';
+}
+
 }  // namespace
 
 std::string SourceColumnText(std::string_view line) {
@@ -95,7 +108,7 @@ std::uint32_t RowBuilder::Build(bool rewrite, std::uint32_t fromAddress, int fir
   while (row <= firstRow + rowCount && address < instance_.end) {
     Instruction instruction;
     if (!cache_.Fetch(static_cast<std::uint32_t>(address), reader_, instruction)) {
-      address = cache_.AfterFailures(static_cast<std::uint32_t>(address), lastSize);
+      address = cache_.Failed().After(static_cast<std::uint32_t>(address), lastSize);
       continue;
     }
     lastSize = instruction.size;
@@ -106,10 +119,8 @@ std::uint32_t RowBuilder::Build(bool rewrite, std::uint32_t fromAddress, int fir
     address += instruction.size;
     if (before) continue;
     if (row >= list_.RowCount()) list_.SetRowCount(row + 1);
-    const std::string text = AddressTextOf(instruction);
-    const std::string& shown = list_.ItemText(row, kAddressColumn);
-    if (rewrite || rewritten || shown.empty() || shown != text) {
-      WriteCode(row, instruction, text);
+    if (rewrite || rewritten || !ShowsAddressOf(row, instruction)) {
+      WriteCode(row, instruction);
       rewritten = true;
     }
     WriteCounters(row, at);
@@ -156,18 +167,23 @@ std::string RowBuilder::SourceTextAt(std::uint32_t address) const {
   return SourceColumnText(text.str());
 }
 
-void RowBuilder::WriteCode(int row, const Instruction& instruction, const std::string& addressText) {
+bool RowBuilder::ShowsAddressOf(int row, const Instruction& instruction) const {
+  const std::string& shown = list_.ItemText(row, kAddressColumn);
+  if (shown.empty()) return false;
+  return IsNumberOf(shown, instruction.addressText) || shown == AddressTextOf(instruction);
+}
+
+void RowBuilder::WriteCode(int row, const Instruction& instruction) {
   list_.SetItemTextDefault(row, kAssemblerColumn, instruction.codeText);
   list_.SetItemTextDefault(row, kSourceColumn, SourceTextAt(AddressOfText(instruction.addressText)));
-  list_.SetItemTextDefault(row, kAddressColumn, addressText);
+  list_.SetItemTextDefault(row, kAddressColumn, AddressTextOf(instruction));
 }
 
 void RowBuilder::WriteCounters(int row, std::uint32_t address) {
-  CoverageRow texts;
   const auto cell = instance_.counts->Lookup(address);
-  SetCounters(texts, cell ? &*cell : nullptr);
-  list_.SetItemTextDefault(row, kTimesColumn, texts.times);
-  list_.SetItemTextDefault(row, kPassColumn, texts.pass);
+  SetCounters(counters_, cell ? &*cell : nullptr);
+  list_.SetItemTextDefault(row, kTimesColumn, counters_.times);
+  list_.SetItemTextDefault(row, kPassColumn, counters_.pass);
 }
 
 }  // namespace coverage

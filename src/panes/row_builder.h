@@ -38,7 +38,8 @@ class RowBuilder {
 
  private:
   std::uint32_t StartAddress(std::uint32_t fromAddress, int& firstRow, int& rowCount) const;
-  void WriteCode(int row, const Instruction& instruction, const std::string& addressText);
+  bool ShowsAddressOf(int row, const Instruction& instruction) const;
+  void WriteCode(int row, const Instruction& instruction);
   void WriteCounters(int row, std::uint32_t address);
   std::string AddressTextOf(const Instruction& instruction) const;
   std::string SourceTextAt(std::uint32_t address) const;
@@ -49,6 +50,7 @@ class RowBuilder {
   CUiReportListCtrl& list_;
   int rowsPerPage_;
   InstructionReader reader_;
+  CoverageRow counters_;  ///< texts of the row that is written
   qal::IQExpression* expressions_;
   qal::IQAddressText* addressTexts_;
   qal::IQSource* source_;

@@ -205,7 +205,7 @@ TEST(DisassemblyCache, PassesOverWhatIsKnownToFail) {
   };
   for (int pass = 0; pass < 2; ++pass) {
     for (const auto& row : rows) {
-      EXPECT_EQ(cache.AfterFailures(row.address, row.step), row.next) << std::hex << row.address;
+      EXPECT_EQ(cache.Failed().After(row.address, row.step), row.next) << std::hex << row.address;
     }
   }
   EXPECT_EQ(cache.size(), 0u);
