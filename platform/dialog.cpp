@@ -4,6 +4,7 @@
 #include <string>
 
 #include "platform/desktop.h"
+#include "platform/modal.h"
 #include "platform/resources.h"
 #include "platform/text.h"
 
@@ -34,6 +35,7 @@ int Dialog::DoModal(Window* owner) {
   if (!resource || Exists()) return -1;
   if (owner && !owner->Exists()) owner = nullptr;
   const Desktop::Busy busy;
+  const ModalScope modal;
   ended_ = false;
   result_ = static_cast<int>(kIdCancel);
 

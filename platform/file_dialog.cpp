@@ -1,6 +1,7 @@
 #include "platform/file_dialog.h"
 
 #include "platform/files.h"
+#include "platform/modal.h"
 #include "platform/paths.h"
 #include "platform/presenter.h"
 #include "platform/text.h"
@@ -10,7 +11,10 @@ namespace platform {
 std::optional<std::string> AskForFile(const FileDialogRequest& request) {
   Presenter* presenter = CurrentPresenter();
   while (presenter) {
-    const auto answer = presenter->AskFile(request);
+    const auto answer = [&] {
+      const ModalScope modal;
+      return presenter->AskFile(request);
+    }();
     if (!answer || answer->empty()) return std::nullopt;
     std::string path = FullPath(*answer, request.directory);
     if (!request.defaultExtension.empty() && ExtensionPart(path).empty())

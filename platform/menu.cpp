@@ -1,6 +1,7 @@
 #include "platform/menu.h"
 
 #include "platform/desktop.h"
+#include "platform/modal.h"
 #include "platform/resources.h"
 #include "platform/text.h"
 
@@ -100,7 +101,10 @@ std::optional<std::uint32_t> TrackPopupMenu(const Menu& menu, Point at, Window& 
   if (!presenter || !owner.Exists()) return std::nullopt;
   const Desktop::Busy busy;
   const WindowRef ref(owner);
-  const auto chosen = presenter->ChooseFromMenu(menu, at, owner);
+  const auto chosen = [&] {
+    const ModalScope modal;
+    return presenter->ChooseFromMenu(menu, at, owner);
+  }();
   const MenuItem* item = chosen ? menu.Find(*chosen) : nullptr;
   if (!item || !item->enabled || !ref) return std::nullopt;
   owner.Send(message::kCommand, *chosen);

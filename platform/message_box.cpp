@@ -1,5 +1,7 @@
 #include "platform/message_box.h"
 
+#include "platform/modal.h"
+
 namespace platform {
 namespace {
 
@@ -38,6 +40,7 @@ Answer CautiousAnswer(Buttons buttons) {
 
 Answer ShowMessageBox(std::string_view text, Icon icon, Buttons buttons) {
   if (!installed) return CautiousAnswer(buttons);
+  const ModalScope modal;
   const Answer answer = installed->ShowMessageBox({std::string(text), Caption(), icon, buttons});
   return Offers(buttons, answer) ? answer : CautiousAnswer(buttons);
 }
