@@ -21,6 +21,7 @@
 #include "view/coverage_ctrl.h"
 #include "workbench/services/ide_services.h"
 #include "workbench/services/session_file.h"
+#include "unit/loose_records.h"
 
 // What it costs to keep coverage: images written, verified and compared as a test framework asks for them,
 // against coverage files of the same rows; sessions of many functions against sessions of half as many.
@@ -39,9 +40,9 @@ class Range final : public ImageWindows {
   Range() {
     target_.OfferTo(host);
     target_.Fill(kStart, kEnd);
-    instance_ = std::make_unique<CoverageInstance>(&host, kStart, kEnd, std::string(), 1);
-    instance_->counts->SetRange(kStart, kEnd);
-    window_.instances[1] = instance_.get();
+    instance_ = std::make_shared<LooseInstance>(&host, kStart, kEnd, std::string(), 1);
+    instance_->Register(kStart, kEnd);
+    window_.instances[1] = instance_;
     std::mt19937 random(5);
     Run([&] { return 1 + (random() >> (6 + random() % 26)); }, [&] { return random() % 4; });
   }
@@ -79,7 +80,7 @@ class Range final : public ImageWindows {
   doubles::TargetDouble target_;
   DisassemblyCache cache_;
   CoverageWindow window_;
-  std::unique_ptr<CoverageInstance> instance_;
+  std::shared_ptr<LooseInstance> instance_;
 };
 
 /// Runs one of the client's comparisons, which must find no difference.

@@ -13,6 +13,7 @@
 #include "model/disassembly_cache.h"
 #include "model/instruction_plan.h"
 #include "model/path_grid.h"
+#include "unit/loose_records.h"
 
 // What the coverage records cost, against floors and plain versions of the same work in the same run.
 
@@ -261,7 +262,7 @@ void MemoryRows(bench::Suite& suite) {
   static const auto measure = [](bool pending) {
     const std::size_t before = bench::AllocatedBytes();
     DisassemblyCache cache;
-    coverage::CoverageInstance instance(nullptr, kStart, kEnd, {}, 1);
+    coverage::LooseInstance instance(nullptr, kStart, kEnd, {}, 1);
     instance.counts->table().Layout(kStart, kEnd);
     instance.ComputePercentage(false, cache);
     const auto report = Report(1000, kStart, kCells, 16);

@@ -8,7 +8,7 @@
 #include "doubles/host.h"
 #include "doubles/project_services.h"
 #include "doubles/target.h"
-#include "model/command_model.h"
+#include "model/coverage_model.h"
 #include "persist/command_file.h"
 #include "platform/paths.h"
 
@@ -44,9 +44,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   std::fwrite(data, 1, size, file);
   std::fclose(file);
   const coverage::ProjectNames names{"Debug", "demo"};
-  for (const auto whom : {coverage::LoadFor::kCommand, coverage::LoadFor::kAutomation}) {
-    coverage::CommandModel model(&world.host);
-    coverage::LoadCommandModel(model, world.path, names, &world.host, whom);
+  for (const coverage::LoadPolicy& policy : {coverage::kCommandLoad, coverage::kAutomationLoad}) {
+    coverage::CoverageModel model(&world.host);
+    coverage::SilentReporter silent;
+    coverage::LoadCommandModel(model.Commands(), world.path, names, &world.host, policy, silent);
   }
   return 0;
 }

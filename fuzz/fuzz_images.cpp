@@ -9,6 +9,7 @@
 #include "macro/coverage_test_client.h"
 #include "macro/image_escapes.h"
 #include "platform/text.h"
+#include "unit/loose_records.h"
 
 /// Two texts, divided by a line feed, as image and selection texts: taken as the selection, verified against
 /// a range and a file window, and compared with each other. The whole is also a name that must come back.
@@ -22,13 +23,14 @@ struct World final : ImageWindows {
     target.OfferTo(host);
     file.kind = WindowKind::kFile;
     file.sourceFile = "C:\\a (%28)*~.c";
-    Add(range, 1, bare);
-    Add(file, 1, later);
-    Add(file, 2, earlier);
+    Add(range, 0x1000, 0x1007, "");
+    Add(file, 0x2004, 0x2007, "T::~T(char*)");
+    Add(file, 0x2000, 0x2003, "T::~T(char*)");
   }
-  static void Add(CoverageWindow& window, std::uint32_t number, CoverageInstance& instance) {
-    instance.counts->SetRange(instance.start, instance.end);
-    window.instances[number] = &instance;
+  void Add(CoverageWindow& window, std::uint32_t start, std::uint32_t end, std::string name) {
+    auto instance = std::make_shared<LooseInstance>(&host, start, end, std::move(name), 1);
+    instance->Register(start, end);
+    window.instances[static_cast<std::uint32_t>(window.instances.size() + 1)] = std::move(instance);
   }
   std::vector<const CoverageWindow*> OpenWindows() override { return {&range, &file}; }
   DisassemblyCache& Instructions() override { return cache; }
@@ -37,9 +39,6 @@ struct World final : ImageWindows {
   doubles::TargetDouble target;
   DisassemblyCache cache;
   CoverageWindow range, file;
-  CoverageInstance bare{&host, 0x1000, 0x1007, "", 1};
-  CoverageInstance earlier{&host, 0x2000, 0x2003, "T::~T(char*)", 1};
-  CoverageInstance later{&host, 0x2004, 0x2007, "T::~T(char*)", 1};
 };
 
 }  // namespace

@@ -49,9 +49,9 @@ void Fill(doubles::StubSessionData& data, std::string_view lines) {
 
 std::string Windows(CJepCoverageCtrl& view) {
   std::string picture;
-  for (const auto* window : view.Windows().Windows()) {
-    picture += window->Record().kind == coverage::WindowKind::kFile ? "file" : "range";
-    for (const auto& [number, instance] : window->Record().instances) {
+  for (const auto& window : view.Coverage().Windows()) {
+    picture += window->isFile() ? "file" : "range";
+    for (const auto& [number, instance] : window->instances) {
       picture += platform::Format(" %x-%x %u", instance->start, instance->end, instance->enableStatus);
     }
     picture += '\n';

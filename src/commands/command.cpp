@@ -8,7 +8,6 @@
 #include "platform/text.h"
 #include "platform/variant.h"
 #include "util/placeholder_resolver.h"
-#include "util/texts.h"
 
 namespace coverage {
 namespace {
@@ -59,11 +58,13 @@ qal::Status CCmd::QueryInterface(const qal::Guid* iid, void** out) {
 qal::Status CCmd::GetCommandNames(qal::VariantArray** list) {
   if (list == nullptr) return qal::kFail;
   *list = nullptr;
-  try {
-    *list = platform::NewTextArray(names);
-  } catch (...) {
-  }
-  return *list != nullptr ? qal::kOk : qal::kFail;
+  return Enter(
+      Entries(),
+      [&] {
+        *list = platform::NewTextArray(names);
+        return *list != nullptr ? qal::kOk : qal::kFail;
+      },
+      qal::kFail);
 }
 
 qal::Status CCmd::GetCommandNamesEx(qal::VariantArray** list, std::int32_t* id) {
@@ -76,26 +77,22 @@ qal::Status CCmd::ExecuteCommand(qal::WideText arguments, char16_t** result, cha
                                  qal::Flag* wantsMore, std::uint16_t* statusWord,
                                  qal::IQCommandOutput* sink) {
   if (result == nullptr) return qal::kFail;
-  qal::Status outcome = qal::kFail;
   status = 0;
   output = sink;
   std::string text;
-  try {
-    const platform::ResourceScope scope(Resources());
-    std::string line = platform::Narrow(arguments);
-    if (moreInput != 0) {
-      outcome = ContinueCommand(line, text, moreInput);
-    } else {
-      if (stripFirstWord != 0) {
-        const std::size_t blank = line.find(' ');
-        line.erase(0, blank == std::string::npos ? blank : blank + 1);
-      }
-      outcome = DoCommand(line, text, moreInput);
-    }
-  } catch (...) {
-    outcome = qal::kFail;
-  }
-  // What one line was given to is nothing to the next.
+  const qal::Status outcome = Enter(
+      Entries(),
+      [&] {
+        std::string line = platform::Narrow(arguments);
+        if (moreInput != 0) return ContinueCommand(line, text, moreInput);
+        if (stripFirstWord != 0) {
+          const std::size_t blank = line.find(' ');
+          line.erase(0, blank == std::string::npos ? blank : blank + 1);
+        }
+        return DoCommand(line, text, moreInput);
+      },
+      qal::kFail);
+  // The sink is this line's; the next line brings its own.
   output = nullptr;
   *result = platform::NewWide(text);
   if (prompt != nullptr) *prompt = platform::NewWide(moreInput != 0 ? promptText : std::string());

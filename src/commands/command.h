@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "qal/all.h"
+#include "util/entry.h"
 #include "util/object.h"
 
 namespace coverage {
@@ -41,6 +42,8 @@ class CCmd : public qal::IQCmdClient2, public CObject {
   virtual qal::Status ContinueCommand(const std::string& line, std::string& result, std::uint32_t& more);
 
  protected:
+  /// Who is told where the command is entered and left; may be null.
+  virtual EntryListener* Entries() { return nullptr; }
   /// One line to the output sink that the IDE gave with this execution; skipped without one.
   void WriteLine(const std::string& line) const;
   /// The expander that all commands of the host share.

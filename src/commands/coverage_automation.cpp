@@ -4,29 +4,9 @@
 #include "commands/range_operations.h"
 #include "model/address_text.h"
 #include "persist/command_file.h"
-#include "platform/message_box.h"
 #include "platform/text.h"
 
 namespace coverage {
-namespace {
-
-/// Answers every message box of a scope without showing it.
-class Silence final : public platform::MessageBoxPresenter {
- public:
-  Silence() : before_(platform::InstallMessageBoxPresenter(this)) {}
-  ~Silence() { platform::InstallMessageBoxPresenter(before_); }
-  Silence(const Silence&) = delete;
-  Silence& operator=(const Silence&) = delete;
-
-  platform::Answer ShowMessageBox(const platform::MessageBoxRequest& request) override {
-    return platform::CautiousAnswer(request.buttons);
-  }
-
- private:
-  platform::MessageBoxPresenter* before_;
-};
-
-}  // namespace
 
 qal::Status CoverageAutomation::SetRange(std::uint32_t start, std::uint32_t end) {
   if (start == 0xFFFFFFFF && end == 0) return automation::kNothing;
@@ -34,16 +14,17 @@ qal::Status CoverageAutomation::SetRange(std::uint32_t start, std::uint32_t end)
   if (start < limits.lowest || end > limits.highest) return automation::kOutsideLimits;
   if (end == 0) return automation::kNothing;
   if (const qal::Status wrong = CheckRange(start, end)) return wrong;
-  const Silence silence;
+  SilentReporter silent;
   const bool wasActive = view_.Model().commandStore().registered() || view_.Model().windowCount() != 0;
-  if (!ReplaceRange(view_, start, end)) return automation::kRangeRefused;
+  if (!ReplaceRange(view_.Model(), start, end, silent)) return automation::kRangeRefused;
   if (wasActive) view_.BringUpToDate();
   return qal::kOk;
 }
 
 qal::Status CoverageAutomation::GetRange(std::uint32_t* start, std::uint32_t* end) {
-  if (start != nullptr) *start = view_.Model().commandStore().start();
-  if (end != nullptr) *end = view_.Model().commandStore().end();
+  if (start == nullptr || end == nullptr) return qal::kFail;
+  *start = view_.Model().commandStore().start();
+  *end = view_.Model().commandStore().end();
   return qal::kOk;
 }
 
@@ -53,7 +34,6 @@ qal::Status CoverageAutomation::Enable() { return SetEnabled(true); }
 
 qal::Status CoverageAutomation::SetEnabled(bool enabled) {
   view_.Model().SetStoreEnabled(enabled);
-  view_.UpdateCoverageSwitch();
   view_.RefreshViews();
   return qal::kOk;
 }
@@ -64,7 +44,8 @@ qal::Status CoverageAutomation::Clear() {
 }
 
 qal::Status CoverageAutomation::IsEnabled(qal::Flag* enabled) {
-  if (enabled != nullptr) *enabled = view_.Model().commandStore().active() == 1 ? qal::kTrue : qal::kFalse;
+  if (enabled == nullptr) return qal::kFail;
+  *enabled = view_.Model().commandStore().active() == 1 ? qal::kTrue : qal::kFalse;
   return qal::kOk;
 }
 
@@ -72,11 +53,10 @@ qal::Status CoverageAutomation::Load(qal::WideText typed) {
   std::string path = ResolveInProject(platform::Narrow(typed), PlaceholderResolver(view_.Host())).path;
   if (HasNoExtension(path)) path += ".COV";
   if (!HasExtension(path, ".COV")) return automation::kWrongExtension;
-  const Silence silence;
+  SilentReporter silent;
   qal::IQHost* const host = view_.Host();
   const qal::Status status = LoadCommandModel(view_.Model(), path, CurrentProjectNames(host, view_.Keys()),
-                                              host, LoadFor::kAutomation);
-  view_.UpdateCoverageSwitch();
+                                              host, kAutomationLoad, silent);
   if (qal::Succeeded(status)) view_.BringUpToDate();
   return status;
 }

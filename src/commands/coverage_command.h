@@ -19,6 +19,7 @@ class CCoverageCommand : public CCmd {
   ~CCoverageCommand() override;
 
  protected:
+  EntryListener* Entries() override { return view.Entries(); }
   CommandModel& model() const { return view.Model(); }
   /// Sets the result and fails.
   static qal::Status Fail(std::string& result, std::uint32_t text);

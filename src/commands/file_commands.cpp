@@ -65,14 +65,19 @@ qal::Status CLoadCommand::DoCommand(const std::string& line, std::string& result
   const std::string path =
       WithDefaultExtension(ResolveInProject(file.value, *SharedPlaceholders()).path, ".COV");
   if (!HasExtension(path, ".COV")) return Fail(result, strings::kInvalidLoadFileName);
-  const qal::Status outcome =
-      LoadCommandModel(model(), path, CurrentProjectNames(host, view.Keys()), host, LoadFor::kCommand);
-  view.UpdateCoverageSwitch();
+  const qal::Status outcome = LoadCommandModel(model(), path, CurrentProjectNames(host, view.Keys()), host,
+                                               kCommandLoad, view.Messages());
   if (qal::Failed(outcome)) {
     // What was read before the failure stays, so the views show it.
     view.RefreshViews();
-    return Fail(result, outcome == automation::kRangeRefused ? strings::kRangeCannotBeSet
-                                                             : strings::kInvalidCoverageFile);
+    switch (outcome) {
+      case automation::kRangeRefused:
+        return Fail(result, strings::kRangeCannotBeSet);
+      case automation::kTooLarge:
+        return Fail(result, strings::kRangeTooLarge);
+      default:
+        return Fail(result, strings::kInvalidCoverageFile);
+    }
   }
   view.BringUpToDate();
   return qal::kOk;

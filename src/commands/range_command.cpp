@@ -6,7 +6,7 @@
 #include "commands/coverage_commands.h"
 #include "commands/range_operations.h"
 #include "model/address_text.h"
-#include "persist/command_file.h"
+#include "persist/automation_status.h"
 #include "platform/message_box.h"
 #include "platform/text.h"
 #include "util/texts.h"
@@ -45,8 +45,7 @@ qal::Status CRangeCommand::OpenFile(const std::string& typed, std::string_view r
   const std::string path = WithDefaultExtension(ExpandPath(typed, *SharedPlaceholders()).path, ".c");
   if (!HasExtension(path, ".C") && !HasExtension(path, ".CPP"))
     return Fail(result, strings::kInvalidSourceFileName);
-  const bool opened = model().OpenFile(path, false);
-  view.UpdateCoverageSwitch();
+  const bool opened = model().OpenFile(path, view.Messages());
   if (!opened) return Fail(result, strings::kInvalidCoverageFile);
   view.BringUpToDate();
   return qal::kOk;
@@ -69,7 +68,7 @@ qal::Status CRangeCommand::SetRange(std::uint32_t start, std::uint32_t end, std:
       break;
   }
   if (!OnlyBlanksRemain(rest)) return Fail(result, strings::kInvalidParameter);
-  const bool registered = ReplaceRange(view, start, end);
+  const bool registered = ReplaceRange(model(), start, end, view.Messages());
   view.RefreshViews();
   if (!registered) return Fail(result, strings::kRangeCannotBeSet);
   view.BringUpToDate();

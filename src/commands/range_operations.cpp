@@ -1,7 +1,7 @@
 #include "commands/range_operations.h"
 
 #include "model/coverage_cell.h"
-#include "persist/command_file.h"
+#include "persist/automation_status.h"
 
 namespace coverage {
 
@@ -13,12 +13,10 @@ qal::Status CheckRange(std::uint32_t start, std::uint32_t end) {
   return qal::kOk;
 }
 
-bool ReplaceRange(CommandHost& view, std::uint32_t start, std::uint32_t end) {
-  view.Model().RemoveAllWindows();
+bool ReplaceRange(CommandModel& model, std::uint32_t start, std::uint32_t end, Reporter& reporter) {
+  model.RemoveAllWindows();
   if ((end & 1) == 0) --end;
-  const bool registered = view.Model().SetStoreRange(start, end) == 1;
-  view.UpdateCoverageSwitch();
-  return registered;
+  return model.SetStoreRange(start, end, reporter) == 1;
 }
 
 }  // namespace coverage

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "commands/command_host.h"
+#include "model/command_model.h"
 #include "qal/types.h"
 
 namespace coverage {
@@ -13,6 +13,6 @@ qal::Status CheckRange(std::uint32_t start, std::uint32_t end);
 
 /// Replaces the command windows and the current range by this one, which CheckRange accepted. False when the
 /// debugger refused it.
-bool ReplaceRange(CommandHost& view, std::uint32_t start, std::uint32_t end);
+bool ReplaceRange(CommandModel& model, std::uint32_t start, std::uint32_t end, Reporter& reporter);
 
 }  // namespace coverage

@@ -50,7 +50,6 @@ qal::Status CStateCommand::DoCommand(const std::string& line, std::string& resul
   } else {
     for (std::uint32_t window = 1; window <= windows; ++window) ActOnWindow(window, leading.index);
   }
-  view.UpdateCoverageSwitch();
   view.BringUpToDate();
   return qal::kOk;
 }

@@ -2,10 +2,10 @@
 
 #include <utility>
 
-#include "formatview/interface_call.h"
 #include "platform/message_box.h"
 #include "platform/module.h"
 #include "platform/text.h"
+#include "util/entry.h"
 #include "util/resource_ids.h"
 
 namespace coverage {
@@ -70,25 +70,31 @@ bool CJepCoverageDataCtrl::LoadResources() {
 }
 
 qal::Status CJepCoverageDataCtrl::Initialize(qal::IQHost* hostObject, qal::Flag first) {
-  const qal::Status loaded = InterfaceCall([&] {
-    if (first == qal::kFalse) return qal::kOk;
-    // Views of an earlier beginning hold the resources that are replaced now.
-    if (viewControl != nullptr) DestroyViews();
-    return LoadResources() ? qal::kOk : qal::kFail;
-  });
+  const qal::Status loaded = Enter(
+      Entries(),
+      [&] {
+        if (first == qal::kFalse) return qal::kOk;
+        // Views of an earlier beginning hold the resources that are replaced now.
+        if (viewControl != nullptr) DestroyViews();
+        return LoadResources() ? qal::kOk : qal::kFail;
+      },
+      qal::kFail);
   if (loaded != qal::kOk) return loaded;
   // From here on the resource module is part of the context.
-  return InterfaceCall([&] {
-    if (hostObject == nullptr) return qal::kFail;
-    WithdrawSink();
-    hostObject->Advise(&qal::iid::kDebugActivitySink, static_cast<qal::IQDebugActivitySink*>(this));
-    sinkHost = hostObject;
-    if (first == qal::kFalse) return qal::kOk;
-    BindDebugger(hostObject);
-    BindHost(hostObject);
-    CreateViews();
-    return qal::kOk;
-  });
+  return Enter(
+      Entries(),
+      [&] {
+        if (hostObject == nullptr) return qal::kFail;
+        WithdrawSink();
+        hostObject->Advise(&qal::iid::kDebugActivitySink, static_cast<qal::IQDebugActivitySink*>(this));
+        sinkHost = hostObject;
+        if (first == qal::kFalse) return qal::kOk;
+        BindDebugger(hostObject);
+        BindHost(hostObject);
+        CreateViews();
+        return qal::kOk;
+      },
+      qal::kFail);
 }
 
 void CJepCoverageDataCtrl::CreateViews() {
@@ -129,37 +135,43 @@ void CJepCoverageDataCtrl::WithdrawSink() {
 }
 
 qal::Status CJepCoverageDataCtrl::Uninitialize(qal::Flag final) {
-  return InterfaceCall([&] {
-    WithdrawSink();
-    const bool bound = host != nullptr;
-    if (final == qal::kFalse) return bound ? qal::kOk : qal::kFail;
-    if (bound) {
-      DestroyViews();
-      UnbindHost();
-      UnbindDebugger();
-    }
-    // Last: what the views loaded lies in the module.
-    resourceModule.reset();
-    return bound ? qal::kOk : qal::kFail;
-  });
+  return Enter(
+      Entries(),
+      [&] {
+        WithdrawSink();
+        const bool bound = host != nullptr;
+        if (final == qal::kFalse) return bound ? qal::kOk : qal::kFail;
+        if (bound) {
+          DestroyViews();
+          UnbindHost();
+          UnbindDebugger();
+        }
+        // Last: what the views loaded lies in the module.
+        resourceModule.reset();
+        return bound ? qal::kOk : qal::kFail;
+      },
+      qal::kFail);
 }
 
 // Events.
 
 qal::Status CJepCoverageDataCtrl::OnDebugEvent(const qal::Guid* event) {
-  InterfaceCall([&] {
-    if (event == nullptr || viewControl == nullptr) return qal::kOk;
-    if (*event == qal::event::kRedraw) {
-      if (busy == 0) viewControl->RefreshAllStatistics();
-    } else if (*event == qal::event::kDownload) {
-      viewControl->OnDownload();
-    } else if (*event == qal::event::kCoverage) {
-      viewControl->CollectCoverage();
-    } else if (*event == qal::event::kReset) {
-      viewControl->OnReset();
-    }
-    return qal::kOk;
-  });
+  Enter(
+      Entries(),
+      [&] {
+        if (event == nullptr || viewControl == nullptr) return qal::kOk;
+        if (*event == qal::event::kRedraw) {
+          if (busy == 0) viewControl->RefreshAllStatistics();
+        } else if (*event == qal::event::kDownload) {
+          viewControl->OnDownload();
+        } else if (*event == qal::event::kCoverage) {
+          viewControl->CollectCoverage();
+        } else if (*event == qal::event::kReset) {
+          viewControl->OnReset();
+        }
+        return qal::kOk;
+      },
+      qal::kFail);
   return CJepDebugDataCtrl2::OnDebugEvent(event);
 }
 
@@ -171,11 +183,11 @@ qal::Status CJepCoverageDataCtrl::OnActivityBegin(std::uint32_t, std::uint32_t) 
 qal::Status CJepCoverageDataCtrl::OnActivityEnd() {
   if (busy == 0) return qal::kOk;
   busy = 0;
-  return InterfaceCall(
+  return Enter(
+      Entries(),
       [&] {
         if (viewControl == nullptr) return qal::kOk;
-        viewControl->Marks().DropLineMarks();
-        viewControl->RedrawPanes();
+        viewControl->OnActivityEnd();
         return qal::kOk;
       },
       qal::kOk);

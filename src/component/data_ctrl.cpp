@@ -3,9 +3,9 @@
 #include <utility>
 
 #include "component/bitmap_images.h"
-#include "formatview/interface_call.h"
 #include "model/services.h"
 #include "platform/text.h"
+#include "util/entry.h"
 
 namespace coverage {
 
@@ -19,7 +19,8 @@ void CJepDataCtrl2::DestroyViews() {
 }
 
 qal::Status CJepDataCtrl2::OnDebugEvent(const qal::Guid* event) {
-  return InterfaceCall(
+  return Enter(
+      Entries(),
       [&] {
         if (event == nullptr || viewControl == nullptr) return qal::kOk;
         if (*event == qal::event::kPaneFirst) viewControl->NotifyChildrenFirst();
@@ -36,7 +37,8 @@ qal::Status CJepDataCtrl2::GetName(char16_t** name) {
 }
 
 qal::Status CJepDataCtrl2::GetBitmaps(qal::Variant* image, qal::Variant* mask) {
-  return InterfaceCall([&] { return WriteBitmaps(bitmapId_, image, mask); });
+  return Enter(
+      Entries(), [&] { return WriteBitmaps(bitmapId_, image, mask); }, qal::kFail);
 }
 
 qal::Status CJepDataCtrl2::GetErrorText(qal::Status status, char16_t** text) {

@@ -39,6 +39,8 @@ class CJepDataCtrl2 : public qal::IQRegistryClient, public qal::IQComponent2, pu
   /// Keeps the host and looks up what goes with it.
   void BindHost(qal::IQHost* hostObject);
   void UnbindHost();
+  /// What the operations of the object go through; null without a view control.
+  EntryListener* Entries() const { return viewControl == nullptr ? nullptr : viewControl->Entries(); }
 
   qal::IQHost* host = nullptr;
   void* hostAux = nullptr;  ///< kept, not called

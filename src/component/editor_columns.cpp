@@ -5,9 +5,9 @@
 #include <utility>
 
 #include "component/bitmap_images.h"
-#include "formatview/interface_call.h"
 #include "model/services.h"
 #include "platform/text.h"
+#include "util/entry.h"
 #include "util/resource_ids.h"
 #include "view/active_session.h"
 
@@ -116,36 +116,42 @@ void EditorColumns::ForgetView() {
 // Files and lines of the editors.
 
 qal::Status EditorColumns::FileOpened(qal::WideText file, std::uint32_t column) {
-  return InterfaceCall([&] {
-    if (!Active()) return qal::kFail;
-    const Column opened = Find(column);
-    if (!opened) return qal::kOk;
-    const std::string name = platform::Narrow(file);
-    const bool source = opened.which == EditorColumn::kSource;
-    const std::string lower = platform::ToLower(name);
-    if (qal::IQColumnService* const service = Service()) {
-      service->AddFile(platform::Wide(source ? lower : name).get(), *opened.handle, *opened.mode,
-                       *opened.state);
-    }
-    if (source && std::find(openFiles.begin(), openFiles.end(), lower) == openFiles.end()) {
-      openFiles.push_back(lower);
-    }
-    return qal::kOk;
-  });
+  return Enter(
+      ViewEntries(),
+      [&] {
+        if (!Active()) return qal::kFail;
+        const Column opened = Find(column);
+        if (!opened) return qal::kOk;
+        const std::string name = platform::Narrow(file);
+        const bool source = opened.which == EditorColumn::kSource;
+        const std::string lower = platform::ToLower(name);
+        if (qal::IQColumnService* const service = Service()) {
+          service->AddFile(platform::Wide(source ? lower : name).get(), *opened.handle, *opened.mode,
+                           *opened.state);
+        }
+        if (source && std::find(openFiles.begin(), openFiles.end(), lower) == openFiles.end()) {
+          openFiles.push_back(lower);
+        }
+        return qal::kOk;
+      },
+      qal::kFail);
 }
 
 qal::Status EditorColumns::FileClosed(qal::WideText file, std::uint32_t column) {
-  return InterfaceCall([&] {
-    if (!Active()) return qal::kFail;
-    const Column closed = Find(column);
-    if (!closed || closed.which != EditorColumn::kSource) return qal::kOk;
-    const std::string lower = platform::ToLower(platform::Narrow(file));
-    if (qal::IQColumnService* const service = Service()) {
-      service->RemoveFile(platform::Wide(lower).get(), sourceColumn);
-    }
-    std::erase(openFiles, lower);
-    return qal::kOk;
-  });
+  return Enter(
+      ViewEntries(),
+      [&] {
+        if (!Active()) return qal::kFail;
+        const Column closed = Find(column);
+        if (!closed || closed.which != EditorColumn::kSource) return qal::kOk;
+        const std::string lower = platform::ToLower(platform::Narrow(file));
+        if (qal::IQColumnService* const service = Service()) {
+          service->RemoveFile(platform::Wide(lower).get(), sourceColumn);
+        }
+        std::erase(openFiles, lower);
+        return qal::kOk;
+      },
+      qal::kFail);
 }
 
 void EditorColumns::RefreshLines(const std::string& file, std::uint32_t handle, std::int32_t first) {
@@ -158,29 +164,35 @@ void EditorColumns::RefreshLines(const std::string& file, std::uint32_t handle, 
 
 qal::Status EditorColumns::FileChanged(qal::WideText file, std::uint32_t column, std::uint32_t,
                                        std::uint32_t) {
-  return InterfaceCall([&] {
-    if (!Active()) return qal::kFail;
-    if (const Column changed = Find(column)) {
-      RefreshLines(platform::ToLower(platform::Narrow(file)), *changed.handle, kFirstLine);
-    }
-    return qal::kOk;
-  });
+  return Enter(
+      ViewEntries(),
+      [&] {
+        if (!Active()) return qal::kFail;
+        if (const Column changed = Find(column)) {
+          RefreshLines(platform::ToLower(platform::Narrow(file)), *changed.handle, kFirstLine);
+        }
+        return qal::kOk;
+      },
+      qal::kFail);
 }
 
 qal::Status EditorColumns::MoveLines(qal::WideText file, std::uint32_t id, std::uint32_t line,
                                      std::int64_t count) {
-  return InterfaceCall([&] {
-    if (!Active()) return qal::kFail;
-    const Column column = Find(id);
-    if (!column) return qal::kOk;
-    const std::string lower = platform::ToLower(platform::Narrow(file));
-    using Limits = std::numeric_limits<std::int32_t>;
-    const auto lines =
-        static_cast<std::int32_t>(std::clamp<std::int64_t>(count, Limits::min(), Limits::max()));
-    if (view != nullptr) view->Marks().Move(column.which, lower, line, lines);
-    RefreshLines(lower, *column.handle, static_cast<std::int32_t>(line));
-    return qal::kOk;
-  });
+  return Enter(
+      ViewEntries(),
+      [&] {
+        if (!Active()) return qal::kFail;
+        const Column column = Find(id);
+        if (!column) return qal::kOk;
+        const std::string lower = platform::ToLower(platform::Narrow(file));
+        using Limits = std::numeric_limits<std::int32_t>;
+        const auto lines =
+            static_cast<std::int32_t>(std::clamp<std::int64_t>(count, Limits::min(), Limits::max()));
+        if (view != nullptr) view->Marks().Move(column.which, lower, line, lines);
+        RefreshLines(lower, *column.handle, static_cast<std::int32_t>(line));
+        return qal::kOk;
+      },
+      qal::kFail);
 }
 
 qal::Status EditorColumns::LinesInserted(qal::WideText file, std::uint32_t column, std::uint32_t line,
@@ -196,75 +208,90 @@ qal::Status EditorColumns::LinesDeleted(qal::WideText file, std::uint32_t column
 // States and modes.
 
 qal::Status EditorColumns::SetColumnState(std::uint32_t column, std::uint32_t state) {
-  return InterfaceCall([&] {
-    if (!Active()) return qal::kFail;
-    const Column changed = Find(column);
-    if (!changed) return qal::kOk;
-    *changed.state = state;
-    if (qal::IQColumnService* const service = Service()) {
-      service->SetState(nullptr, *changed.handle, state);
-      for (const std::string& file : openFiles) {
-        service->RefreshFile(platform::Wide(file).get(), *changed.handle, kFirstLine, kToTheEnd);
-      }
-    }
-    if (auto* const frame = FindService<qal::IQFrame>(columnHost, qal::iid::kFrame)) {
-      frame->SetColumnSetting(qal::id::kColumnSetting, qal::id::kColumnSetting, *changed.handle, state);
-    }
-    return qal::kOk;
-  });
+  return Enter(
+      ViewEntries(),
+      [&] {
+        if (!Active()) return qal::kFail;
+        const Column changed = Find(column);
+        if (!changed) return qal::kOk;
+        *changed.state = state;
+        if (qal::IQColumnService* const service = Service()) {
+          service->SetState(nullptr, *changed.handle, state);
+          for (const std::string& file : openFiles) {
+            service->RefreshFile(platform::Wide(file).get(), *changed.handle, kFirstLine, kToTheEnd);
+          }
+        }
+        if (auto* const frame = FindService<qal::IQFrame>(columnHost, qal::iid::kFrame)) {
+          frame->SetColumnSetting(qal::id::kColumnSetting, qal::id::kColumnSetting, *changed.handle, state);
+        }
+        return qal::kOk;
+      },
+      qal::kFail);
 }
 
 qal::Status EditorColumns::SetFileColumnState(qal::WideText file, std::uint32_t column, std::uint32_t state) {
-  return InterfaceCall([&] {
-    if (!Active()) return qal::kFail;
-    const Column changed = Find(column);
-    if (!changed) return qal::kOk;
-    if (qal::IQColumnService* const service = Service()) service->SetState(file, *changed.handle, state);
-    return qal::kOk;
-  });
+  return Enter(
+      ViewEntries(),
+      [&] {
+        if (!Active()) return qal::kFail;
+        const Column changed = Find(column);
+        if (!changed) return qal::kOk;
+        if (qal::IQColumnService* const service = Service()) service->SetState(file, *changed.handle, state);
+        return qal::kOk;
+      },
+      qal::kFail);
 }
 
 qal::Status EditorColumns::SetColumnMode(std::uint32_t column, std::uint32_t mode) {
-  return InterfaceCall([&] {
-    if (!Active()) return qal::kFail;
-    const Column changed = Find(column);
-    if (!changed) return qal::kOk;
-    *changed.mode = mode;
-    if (qal::IQColumnService* const service = Service()) service->SetMode(nullptr, *changed.handle, mode);
-    return qal::kOk;
-  });
+  return Enter(
+      ViewEntries(),
+      [&] {
+        if (!Active()) return qal::kFail;
+        const Column changed = Find(column);
+        if (!changed) return qal::kOk;
+        *changed.mode = mode;
+        if (qal::IQColumnService* const service = Service()) service->SetMode(nullptr, *changed.handle, mode);
+        return qal::kOk;
+      },
+      qal::kFail);
 }
 
 qal::Status EditorColumns::SetFileColumnMode(qal::WideText file, std::uint32_t column, std::uint32_t mode) {
-  return InterfaceCall([&] {
-    if (!Active()) return qal::kFail;
-    const Column changed = Find(column);
-    if (!changed) return qal::kOk;
-    if (qal::IQColumnService* const service = Service()) service->SetMode(file, *changed.handle, mode);
-    return qal::kOk;
-  });
+  return Enter(
+      ViewEntries(),
+      [&] {
+        if (!Active()) return qal::kFail;
+        const Column changed = Find(column);
+        if (!changed) return qal::kOk;
+        if (qal::IQColumnService* const service = Service()) service->SetMode(file, *changed.handle, mode);
+        return qal::kOk;
+      },
+      qal::kFail);
 }
 
 // Pictures, marks and titles.
 
 qal::Status EditorColumns::GetColumnImage(std::int32_t index, std::uint32_t imageId, std::uint32_t column,
                                           qal::Variant* image, qal::Variant* mask, std::uint32_t* size) {
-  return InterfaceCall([&] {
-    if (image == nullptr || mask == nullptr || size == nullptr || !Active()) return qal::kFail;
-    const Column asked = Find(column);
-    if (!asked || asked.which != EditorColumn::kDisassembly) return qal::kFail;
-    *size = 0;
-    if (index > static_cast<std::int32_t>(columnImages)) return qal::kFail;
-    *image = {};
-    *mask = {};
-    if (index < 1 || index > static_cast<std::int32_t>(std::size(asmImageIds))) return qal::kOk;
-    asmImageIds[index - 1] = static_cast<std::int32_t>(imageId);
-    std::size_t bytes = 0;
-    *image = BitmapImage(resource::kBitmapMarks[index - 1], &bytes);
-    *mask = BitmapImage(resource::kBitmapMarkMask);
-    *size = static_cast<std::uint32_t>(bytes);
-    return qal::kOk;
-  });
+  return Enter(
+      ViewEntries(),
+      [&] {
+        if (image == nullptr || mask == nullptr || size == nullptr || !Active()) return qal::kFail;
+        const Column asked = Find(column);
+        if (!asked || asked.which != EditorColumn::kDisassembly) return qal::kFail;
+        *size = 0;
+        if (index > static_cast<std::int32_t>(columnImages)) return qal::kFail;
+        *image = {};
+        *mask = {};
+        if (index < 1 || index > static_cast<std::int32_t>(std::size(asmImageIds))) return qal::kOk;
+        asmImageIds[index - 1] = static_cast<std::int32_t>(imageId);
+        std::size_t bytes = 0;
+        *image = BitmapImage(resource::kBitmapMarks[index - 1], &bytes);
+        *mask = BitmapImage(resource::kBitmapMarkMask);
+        *size = static_cast<std::uint32_t>(bytes);
+        return qal::kOk;
+      },
+      qal::kFail);
 }
 
 std::uint32_t EditorColumns::ImageMask(std::int32_t mark) const {
@@ -276,60 +303,72 @@ std::uint32_t EditorColumns::ImageMask(std::int32_t mark) const {
 
 qal::Status EditorColumns::GetLineImageMask(std::uint32_t line, qal::WideText file, std::uint32_t column,
                                             std::uint32_t* mask) {
-  return InterfaceCall([&] {
-    if (mask == nullptr || !Active()) return qal::kFail;
-    const Column asked = Find(column);
-    if (!asked || asked.which != EditorColumn::kDisassembly || view == nullptr) return qal::kFail;
-    const auto mark = view->Marks().Mark(EditorColumn::kDisassembly, platform::Narrow(file), line);
-    *mask = mark ? ImageMask(*mark) : 0;
-    return *mask != 0 ? qal::kOk : qal::kFail;
-  });
+  return Enter(
+      ViewEntries(),
+      [&] {
+        if (mask == nullptr || !Active()) return qal::kFail;
+        const Column asked = Find(column);
+        if (!asked || asked.which != EditorColumn::kDisassembly || view == nullptr) return qal::kFail;
+        const auto mark = view->Marks().Mark(EditorColumn::kDisassembly, platform::Narrow(file), line);
+        *mask = mark ? ImageMask(*mark) : 0;
+        return *mask != 0 ? qal::kOk : qal::kFail;
+      },
+      qal::kFail);
 }
 
 qal::Status EditorColumns::GetColumnOptions(std::uint32_t* first, std::uint32_t* second, std::uintptr_t,
                                             std::uintptr_t, std::uintptr_t) {
-  return InterfaceCall([&] {
-    if (first == nullptr || second == nullptr || !Active()) return qal::kFail;
-    *first = 0;
-    *second = 4;
-    return kOptionsGiven;
-  });
+  return Enter(
+      ViewEntries(),
+      [&] {
+        if (first == nullptr || second == nullptr || !Active()) return qal::kFail;
+        *first = 0;
+        *second = 4;
+        return kOptionsGiven;
+      },
+      qal::kFail);
 }
 
 qal::Status EditorColumns::GetLineText(char16_t** text, std::int32_t* width, qal::WideText file,
                                        std::uint32_t column, std::uint32_t line) {
-  return InterfaceCall([&] {
-    if (text == nullptr || width == nullptr || !Active()) return qal::kFail;
-    *text = nullptr;
-    *width = 0;
-    const Column asked = Find(column);
-    if (!asked || view == nullptr) return kNoLineText;
-    const auto mark = view->Marks().Mark(asked.which, platform::ToLower(platform::Narrow(file)), line);
-    if (!mark) {
-      *width = kNoWidth;
-      return kNoLineText;
-    }
-    const std::string_view shown = MarkText(*mark);
-    *width = std::max(kLeastWidth, static_cast<std::int32_t>(shown.size()));
-    *text = platform::NewWide(shown);
-    return qal::kOk;
-  });
+  return Enter(
+      ViewEntries(),
+      [&] {
+        if (text == nullptr || width == nullptr || !Active()) return qal::kFail;
+        *text = nullptr;
+        *width = 0;
+        const Column asked = Find(column);
+        if (!asked || view == nullptr) return kNoLineText;
+        const auto mark = view->Marks().Mark(asked.which, platform::ToLower(platform::Narrow(file)), line);
+        if (!mark) {
+          *width = kNoWidth;
+          return kNoLineText;
+        }
+        const std::string_view shown = MarkText(*mark);
+        *width = std::max(kLeastWidth, static_cast<std::int32_t>(shown.size()));
+        *text = platform::NewWide(shown);
+        return qal::kOk;
+      },
+      qal::kFail);
 }
 
 qal::Status EditorColumns::GetColumnTitle(const std::uint32_t* handle, char16_t** title, std::uintptr_t) {
-  return InterfaceCall([&] {
-    if (title == nullptr) return qal::kFail;
-    *title = nullptr;
-    if (!Active()) return qal::kOk;
-    std::string_view shown;
-    if (handle != nullptr && *handle == sourceColumn) {
-      shown = sourceTitle;
-    } else if (handle != nullptr && *handle == asmColumn) {
-      shown = asmTitle;
-    }
-    *title = platform::NewWide(shown);
-    return qal::kOk;
-  });
+  return Enter(
+      ViewEntries(),
+      [&] {
+        if (title == nullptr) return qal::kFail;
+        *title = nullptr;
+        if (!Active()) return qal::kOk;
+        std::string_view shown;
+        if (handle != nullptr && *handle == sourceColumn) {
+          shown = sourceTitle;
+        } else if (handle != nullptr && *handle == asmColumn) {
+          shown = asmTitle;
+        }
+        *title = platform::NewWide(shown);
+        return qal::kOk;
+      },
+      qal::kFail);
 }
 
 }  // namespace coverage

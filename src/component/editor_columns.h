@@ -64,6 +64,7 @@ class EditorColumns : public qal::IQColumnClient {
   Column Find(std::uint32_t id);
 
   bool Active() const;
+  EntryListener* ViewEntries() const { return view == nullptr ? nullptr : view->Entries(); }
   qal::IQColumnService* Service() const;
   void Register(qal::IQColumnService& service, const char* key, std::uint32_t id, const Column& column,
                 const std::string& title, std::uint32_t value);

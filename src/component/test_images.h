@@ -1,9 +1,9 @@
 #pragma once
 
 #include "component/bitmap_images.h"
-#include "formatview/interface_call.h"
 #include "platform/text.h"
 #include "qal/component.h"
+#include "util/entry.h"
 #include "util/resource_ids.h"
 
 namespace coverage {
@@ -18,7 +18,8 @@ class TestImages : public qal::IQTestImageSource {
     return qal::kOk;
   }
   qal::Status GetBitmaps(qal::Variant* image, qal::Variant* mask) override {
-    return InterfaceCall([&] { return WriteBitmaps(resource::kBitmapTest, image, mask); });
+    return Enter(
+        nullptr, [&] { return WriteBitmaps(resource::kBitmapTest, image, mask); }, qal::kFail);
   }
 };
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "commands/message_reporter.h"
 #include "model/coverage_counts.h"
 #include "model/file_functions.h"
 #include "model/services.h"
@@ -89,7 +90,8 @@ std::string CoverageDialog::LabelFile(std::uint32_t comboId) const {
 
 void CoverageDialog::ChooseLabel(std::uint32_t comboId) {
   FileFunctions listing = ListFileFunctions(host_, LabelFile(comboId), true);
-  ShowListingFailure(host_, listing);
+  MessageReporter reporter(host_);
+  ReportListing(listing, reporter);
   std::vector<SourceFunction>& functions = listing.functions;
   std::sort(functions.begin(), functions.end(),
             [](const SourceFunction& left, const SourceFunction& right) { return left.name < right.name; });

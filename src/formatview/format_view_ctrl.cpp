@@ -3,10 +3,10 @@
 #include <cstdlib>
 
 #include "formatview/colour_table.h"
-#include "formatview/interface_call.h"
 #include "platform/text.h"
 #include "platform/variant.h"
 #include "qal/ids.h"
+#include "util/entry.h"
 
 namespace coverage {
 
@@ -37,10 +37,13 @@ qal::Status CJepFormatViewCtrl::GetFormatName(char16_t** name) {
 
 qal::Status CJepFormatViewCtrl::GetCategories(qal::Variant* list) {
   if (list == nullptr) return qal::kFail;
-  return InterfaceCall([&] {
-    *list = platform::TextListVariant(categories);
-    return qal::kOk;
-  });
+  return Enter(
+      nullptr,
+      [&] {
+        *list = platform::TextListVariant(categories);
+        return qal::kOk;
+      },
+      qal::kFail);
 }
 
 qal::Status CJepFormatViewCtrl::WriteColours(std::string_view category, std::uint32_t* foreground,
@@ -59,7 +62,8 @@ qal::Status CJepFormatViewCtrl::GetCurrentColours(std::uint32_t* foreground, std
 
 qal::Status CJepFormatViewCtrl::GetColours(qal::WideText category, std::uint32_t* foreground,
                                            std::uint32_t* background) {
-  return InterfaceCall([&] { return WriteColours(platform::Narrow(category), foreground, background); });
+  return Enter(
+      nullptr, [&] { return WriteColours(platform::Narrow(category), foreground, background); }, qal::kFail);
 }
 
 qal::Status CJepFormatViewCtrl::GetFont(char16_t** face, std::uint32_t* size) {
@@ -72,23 +76,29 @@ qal::Status CJepFormatViewCtrl::GetFont(char16_t** face, std::uint32_t* size) {
 
 qal::Status CJepFormatViewCtrl::SetColours(qal::WideText category, std::uint32_t foreground,
                                            std::uint32_t background) {
-  return InterfaceCall([&] {
-    currentCategory = platform::Narrow(category);
-    const bool selected = currentCategory == kSelectedTextCategory;
-    if (!selected && currentCategory != kTextCategory) return qal::kOk;
-    (selected ? selectedFore : textFore) = static_cast<std::int32_t>(foreground);
-    (selected ? selectedBack : textBack) = static_cast<std::int32_t>(background);
-    return qal::kOk;
-  });
+  return Enter(
+      nullptr,
+      [&] {
+        currentCategory = platform::Narrow(category);
+        const bool selected = currentCategory == kSelectedTextCategory;
+        if (!selected && currentCategory != kTextCategory) return qal::kOk;
+        (selected ? selectedFore : textFore) = static_cast<std::int32_t>(foreground);
+        (selected ? selectedBack : textBack) = static_cast<std::int32_t>(background);
+        return qal::kOk;
+      },
+      qal::kFail);
 }
 
 qal::Status CJepFormatViewCtrl::SetFont(qal::WideText face, std::uint32_t size) {
-  return InterfaceCall([&] {
-    viewFont = platform::Font{.face = platform::Narrow(face), .height = static_cast<int>(size)};
-    Window::SetFont(*viewFont);
-    Invalidate();
-    return qal::kOk;
-  });
+  return Enter(
+      nullptr,
+      [&] {
+        viewFont = platform::Font{.face = platform::Narrow(face), .height = static_cast<int>(size)};
+        Window::SetFont(*viewFont);
+        Invalidate();
+        return qal::kOk;
+      },
+      qal::kFail);
 }
 
 // These three go through the interface, so that a derived view's own behaviour is what they reach.

@@ -6,6 +6,7 @@
 #include "model/services.h"
 #include "platform/text.h"
 #include "platform/variant.h"
+#include "util/entry.h"
 
 namespace coverage {
 namespace {
@@ -14,16 +15,6 @@ constexpr std::uint32_t kClientNumber = 17;
 /// Kinds of image that TranslateImage does not know.
 constexpr std::uint32_t kForeignKinds[] = {64, 128};
 constexpr qal::Status kNothing = 1;
-
-/// Runs an operation; what it throws ends here.
-template <class Operation>
-qal::Status Guarded(Operation operation) {
-  try {
-    return operation();
-  } catch (...) {
-    return qal::kFail;
-  }
-}
 
 /// Writes a text that the caller takes over.
 qal::Status GiveText(std::string_view text, char16_t** out) {
@@ -81,64 +72,64 @@ qal::Status CoverageTestClient::GetClientInfo(char16_t** name, qal::Guid* client
                                               qal::IQTestImageSource** component, std::uint32_t* number,
                                               char16_t** version) {
   if (!name || !client || !component || !number || !version) return qal::kFail;
-  return Guarded([&] {
+  return Enter(nullptr, [&] {
     *name = platform::NewWide("Coverage");
     *client = qal::id::kTestClient;
     *component = component_;
     *number = kClientNumber;
     *version = platform::NewWide(kImageVersion);
     return qal::kOk;
-  });
+  }, qal::kFail);
 }
 
 qal::Status CoverageTestClient::GetImage(char16_t** image) {
   if (!image) return qal::kFail;
-  return Guarded([&] {
+  return Enter(nullptr, [&] {
     ImageOutput output;
     output.Append(ImageHead(selection_.options));
     if (windows_) CoverageImages(host_, *windows_).WriteImage(selection_.tokens, output);
     *image = output.Take();
     return qal::kOk;
-  });
+  }, qal::kFail);
 }
 
 qal::Status CoverageTestClient::SetSelectionChecked(qal::WideText text, qal::Flag* unfinished) {
-  return Guarded([&] {
+  return Enter(nullptr, [&] {
     bool complete = false;
     ImageSelection selection = ParseImageSelection(platform::Narrow(text), &complete);
     if (complete && !unfinished) return qal::kFail;
     selection_ = std::move(selection);
     if (complete) *unfinished = qal::kFalse;
     return qal::kOk;
-  });
+  }, qal::kFail);
 }
 
 qal::Status CoverageTestClient::Verify(qal::WideText image, char16_t** resultName, char16_t** messages,
                                        std::uint32_t* runStatus) {
-  return Guarded([&] {
+  return Enter(nullptr, [&] {
     const std::string text = platform::Narrow(image);
     const VerdictOut out{resultName, messages, runStatus};
     if (!out.Takes({text})) return qal::kFail;
     selection_ = ParseImageSelection(text);
     if (!windows_) return qal::kFail;
     return out.Give(CoverageImages(host_, *windows_).VerifyImage(text));
-  });
+  }, qal::kFail);
 }
 
 qal::Status CoverageTestClient::Compare(qal::WideText first, qal::WideText second, char16_t** resultName,
                                         char16_t** messages, std::uint32_t* runStatus) {
-  return Guarded([&] {
+  return Enter(nullptr, [&] {
     const std::string left = platform::Narrow(first);
     const std::string right = platform::Narrow(second);
     const VerdictOut out{resultName, messages, runStatus};
     if (!out.Takes({left, right})) return qal::kFail;
     selection_ = ParseImageSelection(left);
     return out.Give(CompareImages(left, right));
-  });
+  }, qal::kFail);
 }
 
 qal::Status CoverageTestClient::EditSelection() {
-  return Guarded([&] {
+  return Enter(nullptr, [&] {
     if (!windows_ || !editor_) return qal::kOk;
     std::vector<std::string> tokens = CoverageImages(host_, *windows_).ListItems();
     for (std::string& token : tokens) {
@@ -162,34 +153,34 @@ qal::Status CoverageTestClient::EditSelection() {
     if (confirmed) selection_.options = edited.options;
     bigRangeAnswer_ = answer;
     return qal::kOk;
-  });
+  }, qal::kFail);
 }
 
 qal::Status CoverageTestClient::TranslateImage(qal::WideText text, std::uint32_t kind, char16_t** copy) {
-  return Guarded([&]() -> qal::Status {
+  return Enter(nullptr, [&]() -> qal::Status {
     for (const std::uint32_t foreign : kForeignKinds) {
       if (kind == foreign) return kNothing;
     }
     const std::string narrow = platform::Narrow(text);
     if (narrow.empty()) return kNothing;
     return GiveText(narrow, copy);
-  });
+  }, qal::kFail);
 }
 
 qal::Status CoverageTestClient::SetSelection(qal::WideText text) {
-  return Guarded([&] {
+  return Enter(nullptr, [&] {
     selection_ = ParseImageSelection(platform::Narrow(text));
     return qal::kOk;
-  });
+  }, qal::kFail);
 }
 
 qal::Status CoverageTestClient::GetSelection(char16_t** text) {
   if (!text) return qal::kFail;
-  return Guarded([&] {
+  return Enter(nullptr, [&] {
     std::string selection = ImageHead(selection_.options);
     if (windows_) selection += CoverageImages(host_, *windows_).WriteSelection(selection_.tokens);
     return GiveText(selection, text);
-  });
+  }, qal::kFail);
 }
 
 qal::Status CoverageTestClient::GetCurrentImage(char16_t** image) {
@@ -216,11 +207,11 @@ qal::Status CoverageTestClient::CompareWithSelection(qal::WideText first, qal::W
 qal::Status CoverageTestClient::SetSelectionAlias(qal::WideText text) { return SetSelection(text); }
 
 qal::Status CoverageTestClient::GetDisplayName(char16_t** name) {
-  return Guarded([&] { return GiveText("Coverage test client", name); });
+  return Enter(nullptr, [&] { return GiveText("Coverage test client", name); }, qal::kFail);
 }
 
 qal::Status CoverageTestClient::GetClientName(char16_t** name) {
-  return Guarded([&] { return GiveText("TectClientCoverage", name); });
+  return Enter(nullptr, [&] { return GiveText("TectClientCoverage", name); }, qal::kFail);
 }
 
 qal::Status CoverageTestClient::Reserved2(std::uintptr_t) { return kNothing; }

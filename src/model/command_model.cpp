@@ -1,14 +1,23 @@
 #include "model/command_model.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "platform/text.h"
 
 namespace coverage {
 
-CommandModel::CommandModel(qal::IQHost* host)
-    : host_(host), store_(std::make_unique<CoverageCounts>(host, &mutex_)) {
+CommandModel::CommandModel(qal::IQHost* host, std::shared_ptr<StoreIndex> index, StaleViews& stale)
+    : host_(host),
+      index_(std::move(index)),
+      stale_(stale),
+      store_(std::make_unique<CoverageCounts>(host, index_, StoreOwner::kCurrentRange, &mutex_)) {
   byId_.emplace(store_->id(), store_.get());
+}
+
+void CommandModel::MarkWanted() {
+  stale_.wanted = true;
+  stale_.marks = true;
 }
 
 void CommandModel::Withdraw() {
@@ -18,7 +27,28 @@ void CommandModel::Withdraw() {
 
 void CommandModel::SetStoreEnabled(bool enabled) {
   storeActive_ = enabled ? 1 : 0;
-  store_->SetActive(storeActive_);
+  SetActive(*store_, storeActive_);
+}
+
+void CommandModel::SetActive(CoverageCounts& store, std::uint32_t active) {
+  store.SetActive(active);
+  MarkWanted();
+}
+
+std::uint32_t CommandModel::SetStoreRange(std::uint32_t start, std::uint32_t end, Reporter& reporter) {
+  MarkWanted();
+  return store_->SetRange(start, end, reporter);
+}
+
+void CommandModel::ClearStore() {
+  store_->Clear();
+  stale_.marks = true;
+}
+
+void CommandModel::AddRows(CoverageCounts& store, std::span<const qal::CountPair> counts,
+                           std::span<const qal::CountPair> pass) {
+  store.AddRows(counts, pass);
+  stale_.marks = true;
 }
 
 const CommandEntry* CommandModel::FirstEntry(std::uint32_t number) const {
@@ -43,8 +73,14 @@ std::uint32_t CommandModel::WindowOf(std::uint32_t start, std::uint32_t end,
   return 0;
 }
 
+bool CommandModel::AnyWindowActive() const {
+  return std::any_of(windows_.begin(), windows_.end(), [](const auto& window) {
+    return !window.second.empty() && window.second.front().counts->active() == 1;
+  });
+}
+
 void CommandModel::SetWindowEnabled(std::uint32_t number, bool enabled) {
-  if (const CommandEntry* entry = FirstEntry(number)) entry->counts->SetActive(enabled ? 1 : 0);
+  if (const CommandEntry* entry = FirstEntry(number)) SetActive(*entry->counts, enabled ? 1 : 0);
 }
 
 void CommandModel::SetAllWindowsEnabled(bool enabled) {
@@ -55,6 +91,7 @@ void CommandModel::ClearWindow(std::uint32_t number) {
   const auto found = windows_.find(number);
   if (found == windows_.end()) return;
   for (const CommandEntry& entry : found->second) entry.counts->Clear();
+  stale_.marks = true;
 }
 
 void CommandModel::ClearAllWindows() {
@@ -67,6 +104,7 @@ void CommandModel::ClearAll() {
 }
 
 void CommandModel::RemoveAllWindows() {
+  if (!windows_.empty()) MarkWanted();
   for (const auto& [number, entries] : windows_) {
     for (const CommandEntry& entry : entries) entry.counts->RemoveRange();
   }
@@ -81,44 +119,39 @@ void CommandModel::RemoveAllWindows() {
   filePath_.clear();
 }
 
-CommandModel::Added CommandModel::AddWindow(std::uint32_t start, std::uint32_t end,
-                                            std::string functionName) {
-  auto counts = std::make_unique<CoverageCounts>(host_, &mutex_);
-  Added added;
-  added.counts = counts.get();
-  added.registered = counts->SetRange(start, end) == 1;
-  added.number = windowCount() + 1;
+CommandModel::Added CommandModel::Enter(std::unique_ptr<CoverageCounts> counts, std::string functionName) {
+  MarkWanted();
+  const Added added{windowCount() + 1, counts.get(), counts->registered()};
   const std::lock_guard hold(mutex_);
   byId_.emplace(counts->id(), counts.get());
   windows_[added.number].push_back({std::move(counts), std::move(functionName)});
   return added;
 }
 
-bool CommandModel::OpenFile(const std::string& sourceFile, bool quiet) {
+CommandModel::Added CommandModel::AddWindow(std::uint32_t start, std::uint32_t end, std::string functionName,
+                                            Reporter& reporter) {
+  auto counts = std::make_unique<CoverageCounts>(host_, index_, StoreOwner::kCommandWindow, &mutex_);
+  counts->SetRange(start, end, reporter);
+  return Enter(std::move(counts), std::move(functionName));
+}
+
+CommandModel::Added CommandModel::AddWindow(std::string functionName) {
+  return Enter(std::make_unique<CoverageCounts>(host_, index_, StoreOwner::kCommandWindow, &mutex_),
+               std::move(functionName));
+}
+
+bool CommandModel::OpenFile(const std::string& sourceFile, Reporter& reporter) {
   RemoveAllWindows();
   const FileFunctions listing = ListFileFunctions(host_, sourceFile, false);
-  if (!quiet) ShowListingFailure(host_, listing);
+  ReportListing(listing, reporter);
   for (const SourceFunction& function : listing.functions) {
-    AddWindow(function.start, function.end, function.name);
+    AddWindow(function.start, function.end, function.name, reporter);
   }
   if (windowCount() == 0) return false;
   ClearStore();
   SetStoreEnabled(false);
   filePath_ = sourceFile;
   return true;
-}
-
-std::uint32_t CommandModel::AddFunctionWindows(const std::string& sourceFile, std::string_view functionName,
-                                               bool quiet) {
-  const FileFunctions listing = ListFileFunctions(host_, sourceFile, false);
-  if (!quiet) ShowListingFailure(host_, listing);
-  std::uint32_t added = 0;
-  for (const SourceFunction& function : listing.functions) {
-    if (!platform::EqualNoCase(function.name, functionName)) continue;
-    AddWindow(function.start, function.end, function.name);
-    ++added;
-  }
-  return added;
 }
 
 std::vector<CoverageCounts*> CommandModel::Stores() const {

@@ -13,6 +13,7 @@
 
 #include "model/coverage_counts.h"
 #include "model/file_functions.h"
+#include "model/stale_views.h"
 
 namespace coverage {
 
@@ -37,8 +38,8 @@ struct StoreDescription {
 /// whole rows.
 class CommandModel {
  public:
-  /// `host` is borrowed and may be null.
-  explicit CommandModel(qal::IQHost* host);
+  /// `host` is borrowed and may be null; `stale` outlives the object, whose stores enter `index`.
+  CommandModel(qal::IQHost* host, std::shared_ptr<StoreIndex> index, StaleViews& stale);
   CommandModel(const CommandModel&) = delete;
   CommandModel& operator=(const CommandModel&) = delete;
   /// Withdraws all ranges from the debugger and forgets the windows: what the owner does while its host is
@@ -51,10 +52,13 @@ class CommandModel {
   std::uint32_t commandStoreActive() const { return storeActive_; }
   /// commandStoreActive and the store's `active` together.
   void SetStoreEnabled(bool enabled);
-  /// Only the store's own state, as a loaded section sets it.
-  void SetStoreActive(std::uint32_t active) { store_->SetActive(active); }
-  std::uint32_t SetStoreRange(std::uint32_t start, std::uint32_t end) { return store_->SetRange(start, end); }
-  void ClearStore() { store_->Clear(); }
+  /// Only a store's own state, as a loaded section sets it.
+  void SetActive(CoverageCounts& store, std::uint32_t active);
+  std::uint32_t SetStoreRange(std::uint32_t start, std::uint32_t end, Reporter& reporter);
+  void ClearStore();
+  /// Rows that a file holds for one of the stores.
+  void AddRows(CoverageCounts& store, std::span<const qal::CountPair> counts,
+               std::span<const qal::CountPair> pass);
 
   // The windows. Numbers are dense from 1 to windowCount().
   std::uint32_t windowCount() const { return static_cast<std::uint32_t>(windows_.size()); }
@@ -64,6 +68,8 @@ class CommandModel {
   std::uint32_t WindowOfFunction(std::string_view functionName) const;
   /// Number of the first window with this range and name, all three equal; 0 for none.
   std::uint32_t WindowOf(std::uint32_t start, std::uint32_t end, std::string_view functionName) const;
+  /// Whether the first entry of some window is active.
+  bool AnyWindowActive() const;
   void SetWindowEnabled(std::uint32_t number, bool enabled);
   void SetAllWindowsEnabled(bool enabled);
   void ClearWindow(std::uint32_t number);
@@ -79,15 +85,14 @@ class CommandModel {
     bool registered = false;
   };
   /// Opens the next window over a range. A refused range still gets its window.
-  Added AddWindow(std::uint32_t start, std::uint32_t end, std::string functionName);
+  Added AddWindow(std::uint32_t start, std::uint32_t end, std::string functionName, Reporter& reporter);
+  /// The same without a range: for one that is too long to be registered.
+  Added AddWindow(std::string functionName);
 
   /// Replaces the windows by one for each function of the source file. On success the current range's
   /// counters are cleared, it is made inactive and filePath becomes `sourceFile`. False when no window could
-  /// be opened; with `quiet` no message is shown.
-  bool OpenFile(const std::string& sourceFile, bool quiet);
-  /// Adds a window for each function of the source file whose name equals `functionName`, case aside; the
-  /// others stay. Number of windows added.
-  std::uint32_t AddFunctionWindows(const std::string& sourceFile, std::string_view functionName, bool quiet);
+  /// be opened.
+  bool OpenFile(const std::string& sourceFile, Reporter& reporter);
 
   /// Source file of the windows; empty when they do not come from one.
   const std::string& filePath() const { return filePath_; }
@@ -122,8 +127,13 @@ class CommandModel {
   friend class ReportCollector;
 
   void SettleStores();
+  Added Enter(std::unique_ptr<CoverageCounts> counts, std::string functionName);
+  /// What is wanted, and what marks show, is another than before.
+  void MarkWanted();
 
   qal::IQHost* host_;
+  std::shared_ptr<StoreIndex> index_;
+  StaleViews& stale_;
   mutable std::mutex mutex_;
   std::unique_ptr<CoverageCounts> store_;
   std::uint32_t storeActive_ = 1;

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <atomic>
+#include <utility>
 
 #include "model/services.h"
-#include "platform/message_box.h"
 #include "platform/text.h"
 #include "qal/all.h"
 
@@ -41,8 +41,13 @@ struct RangeService {
 
 }  // namespace
 
-CoverageCounts::CoverageCounts(qal::IQHost* host, std::mutex* guard)
-    : host_(host), guard_(guard), id_(NextId()) {}
+CoverageCounts::CoverageCounts(qal::IQHost* host, std::shared_ptr<StoreIndex> index, StoreOwner owner,
+                               std::mutex* guard)
+    : host_(host), index_(std::move(index)), owner_(owner), guard_(guard), id_(NextId()) {
+  index_->Enter(*this);
+}
+
+CoverageCounts::~CoverageCounts() { index_->Leave(*this); }
 
 std::unique_lock<std::mutex> CoverageCounts::Hold() const {
   return guard_ != nullptr ? std::unique_lock(*guard_) : std::unique_lock<std::mutex>();
@@ -62,36 +67,43 @@ void CoverageCounts::TakeRange(std::uint32_t start, std::uint32_t end) {
   } else {
     table_.Reset();
   }
+  index_->RangeChanged();
 }
 
-std::uint32_t CoverageCounts::SetRange(std::uint32_t start, std::uint32_t end) {
+std::uint32_t CoverageCounts::SetRange(std::uint32_t start, std::uint32_t end, Reporter& reporter) {
   if (start > end) std::swap(start, end);
   const RangeService service(host_);
   if (!service || end - start > kLargestSpan) return 0;
   const std::uint32_t oldStart = start_;
   const std::uint32_t oldEnd = end_;
   const bool hadRange = registered();
+  returns_ = false;
   if (hadRange) service.Remove(oldStart, oldEnd);
   TakeRange(start, end);
   if (service.count != nullptr) SetActive(1);
+  if (!registered()) return 1;
   const qal::Status status = service.Add(start, end);
   if (qal::Succeeded(status)) return 1;
 
-  if (const auto text = DebuggerErrorText(host_, status)) {
-    platform::ShowMessageBox(*text, platform::Icon::kExclamation);
-  }
-  if (hadRange) service.Add(oldStart, oldEnd);
+  TakeRange(0, 0);
+  returns_ = hadRange;
+  reporter.Refused(status);
+  // While a person reads, the store may have been withdrawn or given another range.
+  if (!std::exchange(returns_, false)) return 0;
+  service.Add(oldStart, oldEnd);
   TakeRange(oldStart, oldEnd);
   return 0;
 }
 
 void CoverageCounts::RemoveRange() {
+  returns_ = false;
   if (!registered()) return;
   const RangeService service(host_);
   if (!service) return;
   service.Remove(start_, end_);
   const auto hold = Hold();
   start_ = end_ = 0;
+  index_->RangeChanged();
 }
 
 void CoverageCounts::AddCountReport(std::span<const qal::CountPair> counts,

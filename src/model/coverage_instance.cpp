@@ -4,21 +4,24 @@
 
 namespace coverage {
 
-CoverageInstance::CoverageInstance(qal::IQHost* host, std::uint32_t first, std::uint32_t last,
-                                   std::string name, std::uint32_t isShown)
+CoverageInstance::CoverageInstance(qal::IQHost* host, std::shared_ptr<StoreIndex> index, std::uint32_t first,
+                                   std::uint32_t last, std::string name, std::uint32_t isShown)
     : start(first),
       end(last),
       functionName(std::move(name)),
-      counts(std::make_unique<CoverageCounts>(host)),
+      counts(std::make_unique<CoverageCounts>(host, index, StoreOwner::kInstance)),
       shown(isShown),
-      host_(host) {}
+      host_(host),
+      index_(std::move(index)) {}
 
 void CoverageInstance::SetEnabled(std::uint32_t enabled) {
   enableStatus = enabled;
   counts->SetActive(enabled);
 }
 
-void CoverageInstance::RenewCounts() { counts = std::make_unique<CoverageCounts>(host_); }
+void CoverageInstance::RenewCounts() {
+  counts = std::make_unique<CoverageCounts>(host_, index_, StoreOwner::kInstance);
+}
 
 void CoverageInstance::ComputePercentage(bool force0, DisassemblyCache& cache) {
   if (force0) {

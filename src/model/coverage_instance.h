@@ -23,12 +23,15 @@ struct FunctionStat {
   friend bool operator==(const FunctionStat&, const FunctionStat&) = default;
 };
 
+struct CoverageWindow;
+
 /// One entry of a coverage window: an address range, or a function when it has a name. A plain record with
-/// its counters; whoever creates it registers the range. UI thread only.
+/// its counters. Others read it; it changes through the verbs of CoverageModel, which know what shows it. UI
+/// thread only.
 class CoverageInstance {
  public:
-  CoverageInstance(qal::IQHost* host, std::uint32_t start, std::uint32_t end, std::string functionName,
-                   std::uint32_t shown);
+  CoverageInstance(qal::IQHost* host, std::shared_ptr<StoreIndex> index, std::uint32_t start,
+                   std::uint32_t end, std::string functionName, std::uint32_t shown);
   CoverageInstance(const CoverageInstance&) = delete;
   CoverageInstance& operator=(const CoverageInstance&) = delete;
 
@@ -44,12 +47,15 @@ class CoverageInstance {
   std::uint32_t shown;
   std::uint32_t percentage = 0;
   std::uint32_t averageInstructionSize = 2;
+  CoverageWindow* window = nullptr;  ///< that lists it; null before and after
 
   bool isFunction() const { return !functionName.empty(); }
   /// enableStatus and the counts' active together.
   void SetEnabled(std::uint32_t enabled);
   /// Fresh counters without a range, as a new instance has them.
   void RenewCounts();
+  /// Whether data would go with it that nobody has saved: what questions about closing and clearing look for.
+  bool HasDataAtStake() const { return modified != 0 && enableStatus != 0 && rangeSet != 0; }
 
   /// Percent of the instructions in the range that were executed, cut to a whole number; 0 when `force0`.
   /// Asks the target-information service, and the cache before it reads code.
@@ -58,6 +64,7 @@ class CoverageInstance {
 
  private:
   qal::IQHost* host_;
+  std::shared_ptr<StoreIndex> index_;
   InstructionPlan plan_;
 };
 

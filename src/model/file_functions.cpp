@@ -1,11 +1,9 @@
 #include "model/file_functions.h"
 
-#include "model/coverage_counts.h"
 #include "model/services.h"
-#include "platform/message_box.h"
 #include "platform/text.h"
 #include "qal/all.h"
-#include "util/texts.h"
+#include "string_ids.h"
 
 namespace coverage {
 
@@ -59,13 +57,11 @@ FileFunctions ListFileFunctions(qal::IQHost* host, std::string_view sourceFile, 
   return listing;
 }
 
-void ShowListingFailure(qal::IQHost* host, const FileFunctions& listing) {
+void ReportListing(const FileFunctions& listing, Reporter& reporter) {
   if (listing.outcome == FileFunctions::Outcome::kNoProgram) {
-    platform::ShowMessageBox(Text(strings::kProgramNotDownloaded), platform::Icon::kInformation);
+    reporter.Inform(strings::kProgramNotDownloaded);
   } else if (listing.outcome == FileFunctions::Outcome::kRefused) {
-    if (const auto text = DebuggerErrorText(host, listing.status)) {
-      platform::ShowMessageBox(*text, platform::Icon::kExclamation);
-    }
+    reporter.Refused(listing.status);
   }
 }
 

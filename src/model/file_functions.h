@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "model/reporter.h"
 #include "qal/types.h"
 
 namespace qal {
@@ -31,8 +32,8 @@ struct FileFunctions {
 /// fails; with `retryBareName` a refused path is tried again as its bare file name. UI thread only.
 FileFunctions ListFileFunctions(qal::IQHost* host, std::string_view sourceFile, bool retryBareName);
 
-/// Shows why the listing failed: "Program is not downloaded!" (information), or the debugger's error text
-/// (exclamation). Nothing when it succeeded.
-void ShowListingFailure(qal::IQHost* host, const FileFunctions& listing);
+/// Tells why the listing failed: "Program is not downloaded!", or that the debugger refused it. Nothing when
+/// it succeeded.
+void ReportListing(const FileFunctions& listing, Reporter& reporter);
 
 }  // namespace coverage

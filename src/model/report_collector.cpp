@@ -55,7 +55,7 @@ class TablesByAddress {
 
 }  // namespace
 
-bool ReportCollector::Collect(std::span<CoverageInstance* const> instances, CommandModel* commands) {
+bool ReportCollector::Collect(const StoreIndex& index, CommandModel& commands) {
   // Services are asked before the lock is taken.
   std::uint32_t pathCount = 0;
   std::uint32_t countCount = 0;
@@ -76,18 +76,11 @@ bool ReportCollector::Collect(std::span<CoverageInstance* const> instances, Comm
   }
 
   std::vector<CoverageCounts*> stores;
-  for (CoverageInstance* instance : instances) {
-    if (instance->counts->active() == 1) stores.push_back(instance->counts.get());
-    instance->modified = 1;
-    instance->saved = 0;
+  stores.reserve(index.stores().size());
+  for (CoverageCounts* store : index.stores()) {
+    if (store->active() == 1) stores.push_back(store);
   }
-  std::unique_lock<std::mutex> lock;
-  if (commands != nullptr) {
-    lock = std::unique_lock(commands->mutex_);
-    for (CoverageCounts* store : commands->Stores()) {
-      if (store->active() == 1) stores.push_back(store);
-    }
-  }
+  const std::lock_guard lock(commands.mutex_);
   if (hasPath) {
     AddPath(from, Block(path, pathCount), stores);
   } else {
@@ -95,7 +88,7 @@ bool ReportCollector::Collect(std::span<CoverageInstance* const> instances, Comm
     for (const auto& [address, count] : Block(counts, countCount)) tables.AddOne(address, count, 0);
     for (const auto& [address, bits] : Block(pass, passCount)) tables.AddOne(address, 0, bits);
   }
-  if (commands != nullptr && commands->readers_ > 0) commands->SettleStores();
+  if (commands.readers_ > 0) commands.SettleStores();
   return true;
 }
 

@@ -1,7 +1,8 @@
 #include "panes/data_pane.h"
 
-#include <tuple>
+#include <utility>
 
+#include "dialogs/coverage_range_dialog.h"
 #include "model/address_text.h"
 #include "model/services.h"
 #include "panes/pane_commands.h"
@@ -24,15 +25,11 @@ constexpr PaneColumn kColumns[] = {{strings::kColumnTimes, 5},
 
 using DataPane = CJepCoverageInstanceCtrlCovData;
 
-DataPane::CJepCoverageInstanceCtrlCovData(qal::IQHost* hostObject, CUiCustomizer* customizerObject,
-                                          PaneHost& owner, std::uint32_t start, std::uint32_t end,
-                                          std::string functionName, std::uint32_t shown)
-    : CJepDebugInstanceDataCtrl(hostObject, customizerObject, owner, kClassName),
-      instance_(std::make_unique<CoverageInstance>(hostObject, start, end, std::move(functionName), shown)) {}
+DataPane::CJepCoverageInstanceCtrlCovData(const PaneServices& services, CoverageModel::InstancePtr instance)
+    : CJepDebugInstanceDataCtrl(services, kClassName), instance_(std::move(instance)) {}
 
 DataPane::~CJepCoverageInstanceCtrlCovData() {
-  if (statistics_) statistics_->RemovePane(*this);
-  RemoveFromDebugger();
+  if (statistics_) statistics_->Forget(*this);
 }
 
 DataPane& DataPane::View() {
@@ -40,16 +37,13 @@ DataPane& DataPane::View() {
   return view ? *view : *this;
 }
 
-DataPane& DataPane::Displayed() {
-  DataPane* displayed = statistics_ ? statistics_->DisplayedPane() : nullptr;
-  return displayed ? *displayed : *this;
-}
+DataPane* DataPane::Displayed() { return statistics_ ? statistics_->DisplayedPane() : this; }
 
 std::span<const PaneColumn> DataPane::Columns() const { return kColumns; }
 
 void DataPane::OnPaneCreated() {
   instance_->RenewCounts();
-  if (owner().LoadingWindows()) {
+  if (above().LoadingWindows()) {
     ReRegisterRange();
   } else {
     RegisterRange(true);
@@ -60,24 +54,23 @@ void DataPane::OnPaneCreated() {
 
 void DataPane::OnPaneDestroyed() {
   paneWindowCreated_ = false;
-  instance_->enableStatus = 0;
-  owner().UpdateCoverageSwitch();
-  RemoveFromDebugger();
-}
-
-void DataPane::RemoveFromDebugger() {
-  if (instance_->counts->registered()) instance_->counts->RemoveRange();
+  model().Enable(*instance_, false);
+  model().UpdateCoverageSwitch();
+  model().Withdraw(*instance_);
 }
 
 RowBuilder DataPane::Rows() {
   DataPane& view = View();
-  return RowBuilder(host, *instance_, owner().Instructions(), view.List(), view.rowsPerPage_);
+  return RowBuilder(host, *instance_, model().Instructions(), view.List(), view.rowsPerPage_);
 }
 
 std::uint32_t DataPane::RebuildRows(bool rewrite, std::uint32_t fromAddress, int firstRow, int rowCount) {
   if (instance_->shown == 0 || !View().List().Exists()) return 0;
-  View().nextAddress_ = Rows().Build(rewrite, fromAddress, firstRow, rowCount);
-  return View().nextAddress_;
+  if (firstRow < 0 && rowCount < 0 && instance_->window) instance_->window->stale.rows = StaleRows::kNone;
+  DataPane& view = View();
+  view.nextAddress_ = Rows().Build(rewrite, fromAddress, firstRow, rowCount);
+  view.builtTop_ = view.List().TopRow();
+  return view.nextAddress_;
 }
 
 void DataPane::ResetRows() {
@@ -85,30 +78,29 @@ void DataPane::ResetRows() {
   RebuildRows(true, 0, -1, -1);
 }
 
+void DataPane::EmptyRows() {
+  if (instance_->shown == 0) return;
+  View().List().DeleteAllRows();
+  if (instance_->window) instance_->window->stale.MarkRows(StaleRows::kReset);
+}
+
 void DataPane::RegisterRange(bool clearRows) {
-  if (clearRows && instance_->shown != 0) View().List().DeleteAllRows();
-  instance_->rangeSet = instance_->counts->SetRange(instance_->start, instance_->end);
-  if (instance_->rangeSet == 0) return;
-  instance_->counts->SetActive(instance_->enableStatus);
-  owner().UpdateCoverageSwitch();
+  if (clearRows) EmptyRows();
+  model().Register(*instance_, services().reporter);
+  if (instance_->rangeSet != 0) model().UpdateCoverageSwitch();
 }
 
 void DataPane::ReRegisterRange() {
-  if (instance_->shown != 0) View().List().DeleteAllRows();
-  instance_->rangeSet = instance_->counts->SetRange(instance_->start, instance_->end);
-}
-
-void DataPane::RefreshStatistics() {
-  instance_->ComputePercentage(false, owner().Instructions());
-  if (statistics_) statistics_->RefreshFromDebugger();
+  EmptyRows();
+  model().ReRegister(*instance_, services().reporter);
 }
 
 void DataPane::ClearCounts(bool resetModified) {
   if (resetModified) {
     instance_->modified = 0;
-    instance_->counts->Clear();
+    model().Clear(*instance_);
   }
-  owner().DropLineMarks();
+  above().DropLineMarks();
 }
 
 void DataPane::ShowTitle() {
@@ -118,108 +110,57 @@ void DataPane::ShowTitle() {
 }
 
 void DataPane::Retitle() {
+  if (instance_->window) instance_->window->stale.title = false;
   ShowTitle();
   DataPane& view = View();
   if (view.List().Exists()) view.FitColumns();
 }
 
 void DataPane::Reuse(std::uint32_t start, std::uint32_t end, std::string functionName, std::uint32_t shown) {
-  owner().DropCaches();
-  CoverageInstance& instance = *instance_;
-  instance.start = start;
-  instance.end = end;
-  instance.enableStatus = 0;
-  instance.refreshLocked = 0;
-  instance.averageInstructionSize = 2;
-  instance.modified = 1;
-  instance.functionName = std::move(functionName);
-  instance.shown = shown;
+  model().Instructions().Drop();
+  model().Reuse(*instance_, start, end, std::move(functionName), shown);
   nextAddress_ = 0;
-  if (shown == 0) instance.RenewCounts();
   RegisterRange(true);
   Retitle();
 }
 
-void DataPane::SetEnabled(std::uint32_t enabled) { instance_->SetEnabled(enabled); }
-
 void DataPane::ClearData() {
-  if (instance_->isFunction()) {
-    ClearFunction();
-  } else {
-    ClearRange();
-  }
-}
-
-void DataPane::ClearRange() {
-  if (instance_->modified != 0) {
-    if (instance_->enableStatus != 0 && owner().ClearAsks()) {
-      const auto confirmation = owner().ConfirmClear();
-      if (confirmation == PaneHost::Confirmation::kCancelled) return;
-      if (confirmation == PaneHost::Confirmation::kSaveFirst) owner().SavePane(*this);
-      owner().Macro().FinishReset(true);
-    }
-  } else {
-    owner().Macro().FinishReset(true);
-    instance_->saved = 0;
-  }
-  ClearCounts(true);
-  instance_->ComputePercentage(false, owner().Instructions());
-}
-
-void DataPane::ClearFunction() {
-  if (!owner().MayClearFunction(*this)) return;
-  owner().Macro().FinishReset(true);
-  ClearCounts(true);
-  instance_->ComputePercentage(false, owner().Instructions());
-}
-
-void DataPane::Refresh() {
-  owner().DropCaches();
-  RefreshStatistics();
+  const auto instance = instance_;
+  const DataLoss loss = instance->isFunction() ? DataLoss::kClearFunction : DataLoss::kClearRange;
+  if (!above().MayLose(loss, *instance)) return;
+  instance->modified = 0;
+  model().Clear(*instance);
 }
 
 void DataPane::EditRange() {
-  if (instance_->isFunction()) {
-    owner().RequestSourceChange(*this);
+  const auto instance = instance_;
+  if (instance->isFunction()) {
+    above().ChangeSource(*instance);
     ClearCounts(true);
     return;
   }
-  if (instance_->modified != 0 && instance_->enableStatus != 0 && owner().ClearAsks()) {
-    const auto confirmation = owner().ConfirmClear();
-    if (confirmation == PaneHost::Confirmation::kCancelled) return;
-    if (confirmation == PaneHost::Confirmation::kSaveFirst) {
-      owner().SavePane(*this);
-    } else {
-      instance_->modified = 0;
-    }
-  } else {
-    instance_->counts->Clear();
-  }
-  const auto range = owner().AskRange(*this);
-  if (!range || owner().RangeShownElsewhere(*this, range->first, range->second)) return;
-
-  const std::uint32_t oldStart = instance_->start;
-  const std::uint32_t oldEnd = instance_->end;
-  std::tie(instance_->start, instance_->end) = *range;
-  instance_->percentage = 0;
-  RegisterRange(true);
-  if (instance_->rangeSet == 0) {
-    instance_->start = oldStart;
-    instance_->end = oldEnd;
-    RegisterRange(true);
-    ResetRows();
-    owner().DropLineMarks();
-    if (statistics_) statistics_->RefreshFromDebugger();
+  if (!above().MayLose(DataLoss::kEditRange, *instance)) return;
+  const AddressRange old{instance->start, instance->end};
+  const auto range = CoverageRangeDialog(host, {services().history.starts, services().history.ends})
+                         .AskRange(&services().sink, old);
+  if (!range || instance->window == nullptr ||
+      model().RangeShownElsewhere(instance->window, range->start, range->end)) {
     return;
   }
-  owner().Macro().RecordRangeEdit(range->first, range->second);
-  owner().NoteRecentRange(range->first, range->second);
-  Retitle();
-  ResetRows();
-  owner().DropLineMarks();
-  if (statistics_) statistics_->RefreshFromDebugger();
-  instance_->modified = 1;
-  instance_->saved = 0;
+  const std::uint32_t enabled = instance->enableStatus;
+  model().SetRange(*instance, range->start, range->end);
+  RegisterRange(true);
+  if (instance->window == nullptr) return;
+  if (instance->rangeSet == 0) {
+    model().PutBack(*instance, old.start, old.end, enabled);
+    RegisterRange(true);
+    if (instance->window != nullptr) model().DisplayRegistered(*instance->window);
+    return;
+  }
+  macro().RecordRangeEdit(range->start, range->end);
+  services().history.NoteRange(range->start, range->end);
+  instance->modified = 1;
+  instance->saved = 0;
 }
 
 bool DataPane::SourceOf(std::uint32_t address, char16_t** file, std::uint32_t* line) const {

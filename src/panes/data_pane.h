@@ -5,29 +5,25 @@
 #include <optional>
 #include <string>
 
-#include "model/coverage_instance.h"
+#include "model/coverage_model.h"
 #include "panes/instance_ctrl.h"
 #include "panes/row_builder.h"
 
 namespace coverage {
+
+class CJepCoverageInstanceCtrlStatData;
 
 /// One range or function of a coverage window. One of a window's data panes has a window of its own, with the
 /// list that shows the rows of whichever instance is displayed; commands that reach it are carried out by
 /// that one. UI thread only.
 class CJepCoverageInstanceCtrlCovData final : public CJepDebugInstanceDataCtrl {
  public:
-  CJepCoverageInstanceCtrlCovData(qal::IQHost* host, CUiCustomizer* customizer, PaneHost& owner,
-                                  std::uint32_t start, std::uint32_t end, std::string functionName,
-                                  std::uint32_t shown);
+  CJepCoverageInstanceCtrlCovData(const PaneServices& services, CoverageModel::InstancePtr instance);
   ~CJepCoverageInstanceCtrlCovData() override;
 
   CoverageInstance& Instance() { return *instance_; }
   const CoverageInstance& Instance() const { return *instance_; }
-  /// Trades instances, for a pane that stays while its instance goes.
-  void SwapInstance(CJepCoverageInstanceCtrlCovData& other) { instance_.swap(other.instance_); }
-  /// The window that the pane belongs to; null until the statistics pane has taken it in.
-  CJepCoverageInstanceCtrlStatData* Statistics() const { return statistics_; }
-  void SetStatistics(CJepCoverageInstanceCtrlStatData* statistics) { statistics_ = statistics; }
+  const CoverageModel::InstancePtr& Shared() const { return instance_; }
   bool PaneWindowCreated() const { return paneWindowCreated_; }
 
   /// As RowBuilder::Build, into the window's list; nothing for an instance that is not displayed.
@@ -37,7 +33,6 @@ class CJepCoverageInstanceCtrlCovData final : public CJepDebugInstanceDataCtrl {
   void RegisterRange(bool clearRows);
   /// The same without touching `active`.
   void ReRegisterRange();
-  void RefreshStatistics();
   /// Clears the counters when `resetModified`; the editor marks are dropped in any case.
   void ClearCounts(bool resetModified);
   /// Sets the window's title and sizes the columns to their headings.
@@ -49,29 +44,30 @@ class CJepCoverageInstanceCtrlCovData final : public CJepDebugInstanceDataCtrl {
   void ClearData();
   void EditRange();
   bool CanEditRange() const { return ExecutionHalted(); }
-  void Refresh();
-  void SetEnabled(std::uint32_t enabled);
-  void RemoveFromDebugger();
 
  protected:
-  platform::LResult OnMessage(const platform::Message& message) override;
+  platform::LResult OnEntered(const platform::Message& message) override;
   std::span<const PaneColumn> Columns() const override;
   void OnPaneCreated() override;
   void OnResized() override;
   void OnPaneDestroyed() override;
 
  private:
-  friend class CJepCoverageInstanceCtrlStatData;
+  friend class CJepCoverageInstanceCtrlStatData;  // whose panes take over each other's instances
 
-  /// Pane with the window, and pane whose instance it shows; this one when it belongs to no window yet.
+  /// Pane with the window; this one when it belongs to no coverage window yet.
   CJepCoverageInstanceCtrlCovData& View();
-  CJepCoverageInstanceCtrlCovData& Displayed();
+  /// Pane whose instance the window shows, or null; this one when it belongs to no coverage window yet.
+  CJepCoverageInstanceCtrlCovData* Displayed();
   RowBuilder Rows();
   std::optional<std::uint32_t> SelectedAddress();
   bool SourceOf(std::uint32_t address, char16_t** file, std::uint32_t* line) const;
+  std::uint32_t FirstOfLastPage();
+  void EmptyRows();
   void ShowTitle();
-  void ClearRange();
-  void ClearFunction();
+  /// Nothing when no instance is displayed.
+  template <class Act>
+  void WithDisplayed(Act act);
 
   void OnViewSource();
   void OnUpdateViewSource(platform::CommandUpdate& update);
@@ -94,10 +90,11 @@ class CJepCoverageInstanceCtrlCovData final : public CJepDebugInstanceDataCtrl {
   void OnListDoubleClick(const platform::Notification& news);
   platform::LResult OnListKey(const platform::Notification& news);
 
-  std::unique_ptr<CoverageInstance> instance_;
+  CoverageModel::InstancePtr instance_;
   CJepCoverageInstanceCtrlStatData* statistics_ = nullptr;
   std::uint32_t nextAddress_ = 0;
   int rowsPerPage_ = 0;
+  int builtTop_ = 0;  ///< top row when rows were written last
   bool sizedOnce_ = false;
   bool paneWindowCreated_ = false;
 };

@@ -1,6 +1,9 @@
 #include <algorithm>
 #include <array>
+#include <vector>
 
+#include "dialogs/small_dialogs.h"
+#include "model/instruction_walk.h"
 #include "model/services.h"
 #include "panes/data_pane.h"
 #include "panes/pane_commands.h"
@@ -9,42 +12,71 @@
 #include "util/texts.h"
 
 namespace coverage {
+namespace {
+
+constexpr std::uint32_t kLongestInstruction = 4;
+/// Instructions after which decoding has surely fallen into step.
+constexpr std::uint32_t kStepInstructions = 16;
+
+}  // namespace
 
 using DataPane = CJepCoverageInstanceCtrlCovData;
 
+template <class Act>
+void DataPane::WithDisplayed(Act act) {
+  if (DataPane* displayed = Displayed()) act(*displayed);
+}
+
+/// Where the last page of the range begins: the instruction from which on a whole page of them is left.
+std::uint32_t DataPane::FirstOfLastPage() {
+  const CoverageInstance& instance = *instance_;
+  InstructionReader reader(host);
+  CachedInstructions source(model().Instructions(), reader);
+  // Decoding falls into step after a few instructions, wherever it begins.
+  const auto page = static_cast<std::uint32_t>(View().rowsPerPage_);
+  const std::uint32_t reach = (page + kStepInstructions) * kLongestInstruction;
+  const std::uint32_t from =
+      instance.end - instance.start > reach ? (instance.end - reach) & ~1u : instance.start;
+  InstructionWalk walk(from, instance.end, reader.Alignment(), source);
+  std::vector<std::uint32_t> starts;
+  ForEachRecorded(walk, reach, [&](std::uint32_t address, const Instruction&) { starts.push_back(address); });
+  return starts.size() > page ? starts[starts.size() - page] : from;
+}
+
 void DataPane::OnResized() {
-  DataPane& displayed = Displayed();
-  CoverageInstance& instance = *displayed.instance_;
   const int oldRows = rowsPerPage_;
   rowsPerPage_ = List().RowsPerPage();
-  const bool locked = instance.refreshLocked != 0;
-  if (!sizedOnce_) {
-    if (List().ClientRect().Empty()) return;
-    sizedOnce_ = true;
-    if (!locked) displayed.RebuildRows(true, 0, -1, -1);
-    return;
-  }
-  const int grown = rowsPerPage_ - oldRows;
-  if (locked || grown <= 0) return;
-  const int top = List().TopRow();
-  if (nextAddress_ >= instance.end) {
-    const std::uint32_t back = instance.averageInstructionSize * static_cast<std::uint32_t>(grown);
-    const std::uint32_t address = displayed.Rows().AddressOfRow(top).value_or(instance.start);
-    displayed.RebuildRows(true, address - instance.start > back ? address - back : instance.start, -1, -1);
-  } else {
-    displayed.RebuildRows(true, nextAddress_, top + oldRows + 1, grown - 1);
-  }
+  WithDisplayed([&](DataPane& displayed) {
+    const CoverageInstance& instance = *displayed.instance_;
+    const bool locked = instance.refreshLocked != 0;
+    if (!sizedOnce_) {
+      if (List().ClientRect().Empty()) return;
+      sizedOnce_ = true;
+      if (!locked) displayed.RebuildRows(true, 0, -1, -1);
+      return;
+    }
+    const int grown = rowsPerPage_ - oldRows;
+    if (locked || grown <= 0) return;
+    const int top = List().TopRow();
+    if (top > 0 && nextAddress_ >= instance.end) {
+      displayed.RebuildRows(true, displayed.FirstOfLastPage(), -1, -1);
+    } else if (top != builtTop_) {
+      displayed.RebuildRows(true, 0, -1, -1);
+    } else {
+      displayed.RebuildRows(true, nextAddress_, top + oldRows + 1, grown - 1);
+    }
+  });
 }
 
 void DataPane::OnScrolled() {
-  DataPane& displayed = Displayed();
-  displayed.RebuildRows(displayed.instance_->refreshLocked == 0, 0, -1, -1);
+  WithDisplayed(
+      [](DataPane& displayed) { displayed.RebuildRows(displayed.instance_->refreshLocked == 0, 0, -1, -1); });
 }
 
 void DataPane::OnListClick(const platform::Notification& news) {
   if (news.row < 0 || news.row < List().TopRow() + rowsPerPage_ - 1) return;
   List().Scroll(1);
-  Displayed().RebuildRows(Displayed().instance_->refreshLocked == 0, 0, -1, -1);
+  OnScrolled();
   List().Invalidate();
 }
 
@@ -59,7 +91,8 @@ platform::LResult DataPane::OnListKey(const platform::Notification& news) {
 }
 
 void DataPane::OnViewSource() {
-  const auto address = Displayed().SelectedAddress();
+  DataPane* displayed = Displayed();
+  const auto address = displayed ? displayed->SelectedAddress() : std::nullopt;
   auto* editor = FindService<qal::IQEditor>(host, qal::iid::kDataPaneEditor);
   platform::WideOut file;
   std::uint32_t line = 0;
@@ -71,56 +104,72 @@ void DataPane::OnViewSource() {
 }
 
 void DataPane::OnUpdateViewSource(platform::CommandUpdate& update) {
-  const auto address = Displayed().SelectedAddress();
+  DataPane* displayed = Displayed();
+  const auto address = displayed ? displayed->SelectedAddress() : std::nullopt;
   platform::WideOut file;
   std::uint32_t line = 0;
   update.Enable(address && SourceOf(*address, file.put(), &line));
 }
 
 void DataPane::OnEnable() {
-  DataPane& displayed = Displayed();
-  const bool enabled = displayed.instance_->enableStatus == 0;
-  if (!displayed.instance_->isFunction()) owner().Macro().RecordEnable(enabled, MacroRecorder::kAll);
-  displayed.SetEnabled(enabled ? 1 : 0);
-  owner().UpdateCoverageSwitch();
-  displayed.ClearCounts(false);
-  if (statistics_) statistics_->RefreshFromDebugger();
+  WithDisplayed([this](DataPane& displayed) {
+    CoverageInstance& instance = *displayed.instance_;
+    const bool enabled = instance.enableStatus == 0;
+    if (!instance.isFunction()) macro().RecordEnable(enabled, MacroRecorder::kAll);
+    model().Enable(instance, enabled);
+    model().UpdateCoverageSwitch();
+    displayed.ClearCounts(false);
+  });
 }
 
 void DataPane::OnUpdateEnable(platform::CommandUpdate& update) {
-  update.SetCheck(Displayed().instance_->enableStatus != 0);
+  const DataPane* displayed = Displayed();
+  update.SetCheck(displayed && displayed->instance_->enableStatus != 0);
 }
 
 void DataPane::OnClearData() {
-  DataPane& displayed = Displayed();
-  if (!displayed.instance_->isFunction()) owner().Macro().PrepareReset(MacroRecorder::kAll);
-  displayed.ClearData();
-  owner().Macro().FinishReset(false);
-  displayed.RebuildRows(displayed.instance_->refreshLocked == 0, 0, -1, -1);
-  if (statistics_) statistics_->RefreshFromDebugger();
+  WithDisplayed([this](DataPane& displayed) {
+    if (!displayed.instance_->isFunction()) macro().PrepareReset(MacroRecorder::kAll);
+    displayed.ClearData();
+    macro().FinishReset(false);
+  });
 }
 
 void DataPane::OnRefresh() {
-  Displayed().Refresh();
-  Displayed().RebuildRows(true, 0, -1, -1);
+  WithDisplayed([this](DataPane& displayed) {
+    model().Instructions().Drop();
+    model().ComputePercentage(*displayed.instance_);
+    model().MarkRows();
+  });
 }
 
 void DataPane::OnEditRange() {
-  owner().Macro().ArmRangeEdit();
-  Displayed().EditRange();
-  owner().Macro().RecordRangeEdit(MacroRecorder::kAll, MacroRecorder::kAll);
+  WithDisplayed([this](DataPane& displayed) {
+    macro().ArmRangeEdit();
+    displayed.EditRange();
+    macro().RecordRangeEdit(MacroRecorder::kAll, MacroRecorder::kAll);
+  });
 }
 
 void DataPane::OnUpdateEditRange(platform::CommandUpdate& update) { update.Enable(CanEditRange()); }
 
 void DataPane::OnGoToAddress() {
-  DataPane& displayed = Displayed();
-  CoverageInstance& instance = *displayed.instance_;
+  DataPane* shown = Displayed();
+  if (!shown) return;
+  DataPane& displayed = *shown;
+  const auto kept = displayed.instance_;
+  CoverageInstance& instance = *kept;
   CCoverageListCtrl& list = List();
   const int selected = list.SelectedRow();
   const std::string text = selected < 0 ? std::string() : list.ItemText(selected, kAddressColumn);
-  const auto address = owner().AskAddress(displayed, text);
-  if (!address || !list.Exists()) return;
+  const auto address =
+      GoToAddressDialog(host, instance.start, instance.end, text, services().history.addresses)
+          .Ask(&services().sink);
+  // While the dialog was open, the window may have gone or may show another range.
+  if (!address || !list.Exists() || instance.shown == 0 || *address < instance.start ||
+      *address > instance.end) {
+    return;
+  }
   const std::uint32_t offset = *address - instance.start;
   const auto estimated =
       static_cast<int>(std::min<std::uint32_t>(offset / instance.averageInstructionSize, INT32_MAX));
@@ -140,18 +189,27 @@ void DataPane::OnGoToAddress() {
   }
 }
 
-void DataPane::OnSave() { owner().SavePane(Displayed()); }
-void DataPane::OnLoad() { owner().LoadPane(Displayed()); }
-void DataPane::OnAddRange() { owner().OpenCoverage(); }
+void DataPane::OnSave() {
+  WithDisplayed(
+      [this](DataPane& displayed) { above().SaveData(*CoverageModel::InstancePtr(displayed.instance_)); });
+}
+
+void DataPane::OnLoad() {
+  WithDisplayed(
+      [this](DataPane& displayed) { above().LoadData(*CoverageModel::InstancePtr(displayed.instance_)); });
+}
+
+void DataPane::OnAddRange() { above().OpenCoverage(); }
 
 void DataPane::OnLockRefresh() {
-  CoverageInstance& instance = *Displayed().instance_;
-  instance.refreshLocked = instance.refreshLocked == 0 ? 1 : 0;
-  if (statistics_) statistics_->RefreshFromDebugger();
+  WithDisplayed([this](DataPane& displayed) {
+    model().Lock(*displayed.instance_, displayed.instance_->refreshLocked == 0);
+  });
 }
 
 void DataPane::OnUpdateLockRefresh(platform::CommandUpdate& update) {
-  update.SetCheck(Displayed().instance_->refreshLocked != 0);
+  const DataPane* displayed = Displayed();
+  update.SetCheck(displayed && displayed->instance_->refreshLocked != 0);
 }
 
 void DataPane::OnForStatistics(std::uint32_t command) {
@@ -165,7 +223,7 @@ void DataPane::OnUpdateForStatistics(platform::CommandUpdate& update) {
   update.SetCheck(asked.Checked());
 }
 
-platform::LResult DataPane::OnMessage(const platform::Message& received) {
+platform::LResult DataPane::OnEntered(const platform::Message& received) {
   using namespace pane_command;
   using platform::kAny;
   using platform::message::kCommand;
@@ -218,9 +276,8 @@ platform::LResult DataPane::OnMessage(const platform::Message& received) {
       {kNotify, platform::notify::kDoubleClick, &DataPane::OnListDoubleClick, kListId},
       {kNotify, platform::notify::kKeyDown, &DataPane::OnListKey, kListId},
   });
-  const platform::ResourceScope scope(Resources());
   if (const auto answer = platform::Dispatch(*this, kRoutes, received)) return *answer;
-  return CJepDebugInstanceDataCtrl::OnMessage(received);
+  return CJepDebugInstanceDataCtrl::OnEntered(received);
 }
 
 }  // namespace coverage

@@ -26,12 +26,10 @@ constexpr std::uint32_t kToolbarButtons[] = {pane_command::kEnableAllButton, pan
 
 }  // namespace
 
-CJepDebugInstanceDataCtrl::CJepDebugInstanceDataCtrl(qal::IQHost* hostObject, CUiCustomizer* customizerObject,
-                                                     PaneHost& owner, const char* className)
-    : CUiChildWindow(hostObject, customizerObject), owner_(owner), className_(className) {}
+CJepDebugInstanceDataCtrl::CJepDebugInstanceDataCtrl(const PaneServices& services, const char* className)
+    : CUiChildWindow(services.host, services.customizer), services_(services), className_(className) {}
 
 bool CJepDebugInstanceDataCtrl::CreatePane(qal::WindowHandle frame) {
-  const platform::ResourceScope scope(Resources());
   const platform::Window* parent = platform::WindowFrom(frame);
   const platform::Rect bounds = parent ? parent->ClientRect() : platform::Rect{};
   if (!Create(frame, 0, {}, platform::window_style::kChild | platform::window_style::kVisible, bounds)) {
@@ -60,7 +58,7 @@ void CJepDebugInstanceDataCtrl::BuildColumns() {
     list_.InsertColumn(index++, coverage::Text(column.headingId), platform::ColumnFormat::kLeft,
                        column.widthUnits * unit / 2);
   }
-  list_.LoadColumnWidths(owner_.Settings(), className_);
+  list_.LoadColumnWidths(services_.settings, className_);
 }
 
 void CJepDebugInstanceDataCtrl::FitColumns() { list_.FitColumns(); }
@@ -83,7 +81,7 @@ platform::LResult CJepDebugInstanceDataCtrl::OnSize(const platform::Message&) {
 }
 
 platform::LResult CJepDebugInstanceDataCtrl::OnDestroy(const platform::Message&) {
-  list_.SaveColumnWidths(owner_.Settings(), className_);
+  list_.SaveColumnWidths(services_.settings, className_);
   OnPaneDestroyed();
   return 0;
 }
@@ -120,6 +118,12 @@ void CJepDebugInstanceDataCtrl::OnHide() {
 }
 
 platform::LResult CJepDebugInstanceDataCtrl::OnMessage(const platform::Message& received) {
+  const platform::LResult failure = received.id == platform::message::kCreate ? -1 : 0;
+  return Enter(
+      &services_.entries, [&] { return OnEntered(received); }, failure);
+}
+
+platform::LResult CJepDebugInstanceDataCtrl::OnEntered(const platform::Message& received) {
   using platform::message::kCommand;
   using platform::message::kUpdateCommand;
   using Pane = CJepDebugInstanceDataCtrl;
@@ -135,7 +139,6 @@ platform::LResult CJepDebugInstanceDataCtrl::OnMessage(const platform::Message& 
       {kUpdateCommand, pane_command::kAllowDocking, &Pane::OnUpdateAllowDocking},
       {kCommand, pane_command::kHide, &Pane::OnHide},
   });
-  const platform::ResourceScope scope(Resources());
   if (const auto answer = platform::Dispatch(*this, kRoutes, received)) return *answer;
   return CUiChildWindow::OnMessage(received);
 }

@@ -30,10 +30,11 @@ class CJepDebugInstanceDataCtrl : public CUiChildWindow {
 
  protected:
   /// `className` is what the column widths are kept under; it must outlive the pane.
-  CJepDebugInstanceDataCtrl(qal::IQHost* host, CUiCustomizer* customizer, PaneHost& owner,
-                            const char* className);
+  CJepDebugInstanceDataCtrl(const PaneServices& services, const char* className);
 
-  platform::LResult OnMessage(const platform::Message& message) override;
+  /// Every message is an entry into the component; what it means is OnEntered's.
+  platform::LResult OnMessage(const platform::Message& message) final;
+  virtual platform::LResult OnEntered(const platform::Message& message);
   virtual std::span<const PaneColumn> Columns() const = 0;
   /// The window is there, with its list and columns.
   virtual void OnPaneCreated() = 0;
@@ -42,7 +43,10 @@ class CJepDebugInstanceDataCtrl : public CUiChildWindow {
   /// The window is about to go.
   virtual void OnPaneDestroyed() {}
 
-  PaneHost& owner() const { return owner_; }
+  CoverageModel& model() const { return services_.model; }
+  MacroRecorder& macro() const { return services_.macro; }
+  const PaneServices& services() const { return services_; }
+  PaneHost& above() const { return services_.above; }
   void FitColumns();
   void SetFrameTitle(const std::string& title);
 
@@ -60,7 +64,7 @@ class CJepDebugInstanceDataCtrl : public CUiChildWindow {
   void Register();
   void BuildColumns();
 
-  PaneHost& owner_;
+  const PaneServices& services_;
   const char* className_;
   CCoverageListCtrl list_;
 };

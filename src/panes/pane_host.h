@@ -1,73 +1,68 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
-#include <string>
-#include <utility>
 
+#include "dialogs/dialog_history.h"
+#include "formatview/child_window.h"
+#include "formatview/customizer.h"
 #include "macro/macro_recorder.h"
-#include "model/coverage_instance.h"
-#include "model/disassembly_cache.h"
+#include "model/coverage_model.h"
+#include "model/reporter.h"
+#include "platform/window.h"
+#include "qal/host.h"
 #include "qal/ide_services.h"
+#include "util/entry.h"
 
 namespace coverage {
 
-class CJepCoverageInstanceCtrlCovData;
-class CJepCoverageInstanceCtrlStatData;
+/// Operations after which a person's data are gone.
+enum class DataLoss : std::uint8_t {
+  kCloseRangeWindow,
+  kCloseFileWindow,
+  kClearRange,
+  kClearFunction,
+  kClearAll,
+  kDeleteRange,
+  kEditRange,
+  kChangeSource,
+};
 
-/// What the panes need of the object that owns them: the caches, the dialogs and files that stand above the
-/// panes, and what concerns more than one window. Implemented by the view control. UI thread only.
+/// What a pane asks of the floor above it: questions and files, which concern more than the pane, and the
+/// life of panes and windows. Implemented by the view control. UI thread only.
 class PaneHost {
  public:
-  enum class Confirmation : std::uint8_t { kCancelled, kGoOn, kSaveFirst };
-
-  virtual DisassemblyCache& Instructions() = 0;
-  virtual MacroRecorder& Macro() = 0;
-  virtual qal::IQSettings* Settings() = 0;
-  /// Whether a coverage file is being loaded into windows.
-  virtual bool LoadingWindows() const = 0;
-
-  /// Forgets the disassembly.
-  virtual void DropCaches() = 0;
-  virtual void DropLineMarks() = 0;
-  virtual void UpdateCoverageSwitch() = 0;
-  virtual void RedrawPanes() = 0;
-
-  /// Whether the option asks before data are cleared, and before a window or range is closed.
-  virtual bool ClearAsks() = 0;
-  virtual bool ClosingAsks() = 0;
-  /// "Coverage data will be cleared."
-  virtual Confirmation ConfirmClear() = 0;
-  /// For an instance of a file window: asks when it has to, and saves the window first when the person wants
-  /// it. False when the clear was cancelled.
-  virtual bool MayClearFunction(CJepCoverageInstanceCtrlCovData& pane) = 0;
-
-  /// Files. Saving before a clear is recorded for a macro like any other.
-  virtual void SavePane(CJepCoverageInstanceCtrlCovData& pane) = 0;
-  virtual void LoadPane(CJepCoverageInstanceCtrlCovData& pane) = 0;
-
-  /// Dialogs.
-  virtual std::optional<std::uint32_t> AskAddress(CJepCoverageInstanceCtrlCovData& pane,
-                                                  const std::string& addressText) = 0;
-  virtual std::optional<std::pair<std::uint32_t, std::uint32_t>> AskRange(
-      CJepCoverageInstanceCtrlCovData& pane) = 0;
+  /// Asks, and saves first, where the operation on the instance calls for it. False when it is not to go on:
+  /// the person cancelled, the wanted save was cancelled or failed, or the instance went away meanwhile. Then
+  /// nothing has changed.
+  virtual bool MayLose(DataLoss loss, CoverageInstance& instance) = 0;
+  virtual void SaveData(CoverageInstance& instance) = 0;
+  virtual void LoadData(CoverageInstance& instance) = 0;
   /// The flow that opens another window or adds a range.
   virtual void OpenCoverage() = 0;
-  /// The pane of a file window asks for another source file; the answer comes later.
-  virtual void RequestSourceChange(CJepCoverageInstanceCtrlCovData& pane) = 0;
-
-  /// Whether a range window other than the pane's has exactly this range.
-  virtual bool RangeShownElsewhere(const CJepCoverageInstanceCtrlCovData& pane, std::uint32_t start,
-                                   std::uint32_t end) = 0;
-  /// Puts a range to the front of the recent ones.
-  virtual void NoteRecentRange(std::uint32_t start, std::uint32_t end) = 0;
-  /// The direction of the next sort by a column; it alternates, for all windows together.
-  virtual bool NextSortAscending(int column) = 0;
-  /// Takes a pane out of the list of panes and deletes it when no handler runs any more.
-  virtual void DeletePane(CJepCoverageInstanceCtrlCovData& pane) = 0;
+  /// The window of the instance is to cover another source file; the person is asked later on.
+  virtual void ChangeSource(CoverageInstance& instance) = 0;
+  virtual void DropLineMarks() = 0;
+  /// Whether windows are filled: the coverage switch then waits for the last instance.
+  virtual bool LoadingWindows() const = 0;
+  /// Destroys the pane's window; the object is deleted when no handler runs any more.
+  virtual void Retire(CUiChildWindow& pane) = 0;
 
  protected:
   ~PaneHost() = default;
+};
+
+/// What both panes work with. Borrowed; everything outlives the panes' windows.
+struct PaneServices {
+  qal::IQHost* host;
+  CUiCustomizer* customizer;
+  qal::IQSettings* settings;
+  CoverageModel& model;
+  MacroRecorder& macro;
+  DialogHistory& history;
+  Reporter& reporter;
+  EntryListener& entries;
+  platform::Window& sink;  ///< dialogs open over it
+  PaneHost& above;
 };
 
 }  // namespace coverage

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "formatview/colour_table.h"
 #include "model/address_text.h"
@@ -38,82 +39,56 @@ std::string StatisticText(const FunctionStat& stat) {
 using DataPane = CJepCoverageInstanceCtrlCovData;
 using StatisticsPane = CJepCoverageInstanceCtrlStatData;
 
-StatisticsPane::CJepCoverageInstanceCtrlStatData(qal::IQHost* hostObject, CUiCustomizer* customizerObject,
-                                                 PaneHost& owner, WindowKind kind, std::uint32_t start,
-                                                 std::uint32_t end)
-    : CJepDebugInstanceDataCtrl(hostObject, customizerObject, owner, kClassName) {
-  record_.kind = kind;
-  record_.start = start;
-  record_.end = end;
+StatisticsPane::CJepCoverageInstanceCtrlStatData(const PaneServices& services,
+                                                 std::shared_ptr<CoverageWindow> record)
+    : CJepDebugInstanceDataCtrl(services, kClassName), record_(std::move(record)) {}
+
+StatisticsPane::~CJepCoverageInstanceCtrlStatData() {
+  for (const auto& [instance, pane] : panes_) pane->statistics_ = nullptr;
 }
 
-StatisticsPane::~CJepCoverageInstanceCtrlStatData() { RemoveAllPanes(); }
-
-std::uint32_t StatisticsPane::AddPane(DataPane& pane) {
-  const auto number = static_cast<std::uint32_t>(panes_.size() + 1);
-  panes_[number] = &pane;
-  record_.instances[number] = &pane.Instance();
-  pane.SetStatistics(this);
-  return number;
+void StatisticsPane::AddPane(DataPane& pane) {
+  panes_[&pane.Instance()] = &pane;
+  pane.statistics_ = this;
+  if (pane.Exists()) view_ = &pane;
 }
 
-void StatisticsPane::Renumber(const std::vector<DataPane*>& order) {
-  panes_.clear();
-  record_.instances.clear();
-  for (DataPane* pane : order) AddPane(*pane);
+void StatisticsPane::Forget(DataPane& pane) {
+  const auto found = panes_.find(&pane.Instance());
+  if (found != panes_.end() && found->second == &pane) panes_.erase(found);
+  if (view_ == &pane) view_ = nullptr;
+  pane.statistics_ = nullptr;
 }
 
-void StatisticsPane::RemovePane(DataPane& pane) {
-  std::vector<DataPane*> rest;
-  for (const auto& [number, each] : panes_) {
-    if (each != &pane) rest.push_back(each);
-  }
-  pane.SetStatistics(nullptr);
-  Renumber(rest);
+std::vector<DataPane*> StatisticsPane::Panes() const {
+  std::vector<DataPane*> panes;
+  panes.reserve(panes_.size());
+  for (const auto& [instance, pane] : panes_) panes.push_back(pane);
+  return panes;
 }
 
-void StatisticsPane::RemoveAllPanes() {
-  for (const auto& [number, pane] : panes_) pane->SetStatistics(nullptr);
-  panes_.clear();
-  record_.instances.clear();
-}
-
-DataPane* StatisticsPane::Pane(std::uint32_t number) const {
-  const auto found = panes_.find(number);
+DataPane* StatisticsPane::PaneOf(const CoverageInstance* instance) const {
+  const auto found = panes_.find(instance);
   return found == panes_.end() ? nullptr : found->second;
 }
 
-DataPane* StatisticsPane::DisplayedPane() const {
-  for (const auto& [number, pane] : panes_) {
-    if (pane->Instance().shown != 0) return pane;
-  }
-  return Pane(1);
-}
+DataPane* StatisticsPane::Pane(std::uint32_t number) const { return PaneOf(record_->Instance(number).get()); }
 
-DataPane* StatisticsPane::ViewPane() const {
-  for (const auto& [number, pane] : panes_) {
-    if (pane->Exists()) return pane;
-  }
-  return nullptr;
-}
+DataPane* StatisticsPane::DisplayedPane() const { return PaneOf(record_->Displayed()); }
 
-void StatisticsPane::Display(DataPane& pane) {
-  for (const auto& [number, each] : panes_) each->Instance().shown = each == &pane ? 1 : 0;
-  pane.Retitle();
-  pane.ResetRows();
-}
+DataPane* StatisticsPane::ViewPane() const { return view_ != nullptr && view_->Exists() ? view_ : nullptr; }
 
-void StatisticsPane::DisplayRegistered() {
-  const DataPane* displayed = DisplayedPane();
-  if (!displayed || displayed->Instance().rangeSet != 0) return;
-  for (const auto& [number, pane] : panes_) {
-    if (pane->Instance().rangeSet != 0) return Display(*pane);
-  }
-}
-
-std::uint32_t StatisticsPane::MacroNumber(const std::string& functionName, int row) const {
-  const auto name = std::find(functionNames_.begin(), functionNames_.end(), functionName);
-  const auto place = name == functionNames_.end() ? row : static_cast<int>(name - functionNames_.begin());
+std::uint32_t StatisticsPane::MacroNumber(const CoverageInstance& instance, int row) const {
+  // Of the instances with this name, so many begin below this one.
+  std::ptrdiff_t before =
+      std::count_if(record_->instances.begin(), record_->instances.end(), [&](const auto& each) {
+        return each.second->functionName == instance.functionName && each.second->start < instance.start;
+      });
+  const auto& names = record_->functionNames;
+  const auto name = std::find_if(names.begin(), names.end(), [&](const std::string& each) {
+    return each == instance.functionName && before-- == 0;
+  });
+  const auto place = name == names.end() ? row : static_cast<int>(name - names.begin());
   return static_cast<std::uint32_t>(place + 1);
 }
 
@@ -124,8 +99,13 @@ std::span<const PaneColumn> StatisticsPane::Columns() const {
 
 void StatisticsPane::OnPaneCreated() { ResetList(); }
 
+void StatisticsPane::OnPaneDestroyed() {
+  // A frame that the IDE destroys takes its coverage window along.
+  if (record_->open) model().Close(*record_);
+}
+
 void StatisticsPane::OnResized() {
-  if (Pane(1)) ListInstances(true, -1, -1);
+  if (!record_->instances.empty()) ListInstances(true, -1, -1);
 }
 
 void StatisticsPane::ResetList() {
@@ -135,6 +115,36 @@ void StatisticsPane::ResetList() {
 }
 
 void StatisticsPane::RefreshFromDebugger() { ListInstances(true, -1, -1); }
+
+void StatisticsPane::ListStale() {
+  if (record_->stale.lists) RefreshFromDebugger();
+}
+
+void StatisticsPane::RowsStale() {
+  StaleWindow& stale = record_->stale;
+  DataPane* const displayed = DisplayedPane();
+  if (displayed == nullptr) {
+    // No range is registered: there are no rows.
+    if (stale.rows != StaleRows::kNone && view_ != nullptr) view_->List().DeleteAllRows();
+    stale.title = false;
+    stale.rows = StaleRows::kNone;
+    return;
+  }
+  const bool titled = stale.title;
+  const bool locked = displayed->Instance().refreshLocked != 0;
+  const StaleRows level = std::exchange(stale.rows, StaleRows::kNone);
+  if (level == StaleRows::kReset) {
+    displayed->ResetRows();
+  } else if (level == StaleRows::kWrite || (level == StaleRows::kRedraw && !locked)) {
+    displayed->RebuildRows(!locked, 0, -1, -1);
+  }
+  if (titled) displayed->Retitle();
+}
+
+void StatisticsPane::Redraw() {
+  Invalidate();
+  if (DataPane* const view = ViewPane()) view->Invalidate();
+}
 
 std::string StatisticsPane::RangeText(const FunctionStat& stat) const {
   if (!stat.name.empty()) return " " + stat.name;
@@ -156,14 +166,15 @@ void StatisticsPane::ListInstances(bool takeSnapshot, int firstRow, int rowCount
   if (!List().Exists()) return;
   CCoverageListCtrl& list = List();
   if (!IsFileWindow()) takeSnapshot = true;
+  if (takeSnapshot && firstRow < 0) record_->stale.lists = false;
   if (takeSnapshot) {
-    record_.TakeStats();
+    record_->TakeStats();
     UpdateAllEnabled();
   }
-  const int count = static_cast<int>(record_.stats.size());
+  const int count = static_cast<int>(record_->stats.size());
   if (!IsFileWindow()) {
     list.SetRowCount(count);
-    for (int row = 0; row < count; ++row) WriteRow(row, record_.stats[static_cast<std::size_t>(row)]);
+    for (int row = 0; row < count; ++row) WriteRow(row, record_->stats[static_cast<std::size_t>(row)]);
     return;
   }
   const int page = list.RowsPerPage();
@@ -175,30 +186,30 @@ void StatisticsPane::ListInstances(bool takeSnapshot, int firstRow, int rowCount
   }
   const int behind = std::min(count, firstRow + rowCount + 1);
   if (list.RowCount() < behind) list.SetRowCount(behind);
-  for (int row = firstRow; row < behind; ++row) WriteRow(row, record_.stats[static_cast<std::size_t>(row)]);
+  for (int row = firstRow; row < behind; ++row) WriteRow(row, record_->stats[static_cast<std::size_t>(row)]);
   if (takeSnapshot) list.SetRowCount(count);
 }
 
 void StatisticsPane::UpdateAllEnabled() {
-  const auto enabled = std::count_if(record_.stats.begin(), record_.stats.end(),
+  const auto enabled = std::count_if(record_->stats.begin(), record_->stats.end(),
                                      [](const FunctionStat& stat) { return stat.enableStatus == 1; });
-  allEnabled_ = enabled == static_cast<std::ptrdiff_t>(record_.stats.size());
+  allEnabled_ = enabled == static_cast<std::ptrdiff_t>(record_->stats.size());
 }
 
-DataPane* StatisticsPane::SelectedPane() const {
+CoverageModel::InstancePtr StatisticsPane::Selected() const {
   const int row = List().SelectedRow();
-  return row < 0 ? nullptr : Pane(static_cast<std::uint32_t>(row + 1));
+  return row < 0 ? nullptr : record_->Instance(static_cast<std::uint32_t>(row + 1));
 }
 
 void StatisticsPane::SelectRow() {
-  DataPane* pane = SelectedPane();
-  if (!pane) return;
-  if (pane->Instance().rangeSet != 1) {
+  const auto instance = Selected();
+  if (!instance) return;
+  if (instance->rangeSet != 1) {
     List().SelectRow(-1);
     List().SetFocusRow(-1);
     return;
   }
-  if (pane->Instance().shown == 0) Display(*pane);
+  if (instance->shown == 0) model().Display(*instance);
 }
 
 void StatisticsPane::ApplyFont(std::string_view face, std::int32_t size) {
@@ -232,24 +243,21 @@ void StatisticsPane::ApplyColours(std::string_view category, std::int32_t foregr
 }
 
 void StatisticsPane::Sort(int column) {
-  const bool ascending = owner().NextSortAscending(column);
-  std::vector<DataPane*> order;
-  for (const auto& [number, pane] : panes_) order.push_back(pane);
-  const auto compare = [column](const DataPane* left, const DataPane* right) {
-    const CoverageInstance& a = left->Instance();
-    const CoverageInstance& b = right->Instance();
-    if (column == kNameColumn) return a.functionName < b.functionName;
-    if (column == kStatisticColumn) return a.percentage < b.percentage;
-    return a.enableStatus < b.enableStatus;
+  const bool ascending = services().history.NextSortAscending(column);
+  std::vector<CoverageModel::InstancePtr> order;
+  for (const auto& [number, instance] : record_->instances) order.push_back(instance);
+  const auto compare = [column](const auto& a, const auto& b) {
+    if (column == kNameColumn) return a->functionName < b->functionName;
+    if (column == kStatisticColumn) return a->percentage < b->percentage;
+    return a->enableStatus < b->enableStatus;
   };
   if (ascending) {
     std::stable_sort(order.begin(), order.end(), compare);
   } else {
     std::stable_sort(order.begin(), order.end(),
-                     [&](const DataPane* left, const DataPane* right) { return compare(right, left); });
+                     [&](const auto& left, const auto& right) { return compare(right, left); });
   }
-  Renumber(order);
-  ListInstances(true, -1, -1);
+  model().Renumber(*record_, order);
   SelectRow();
 }
 

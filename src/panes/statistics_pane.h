@@ -1,8 +1,9 @@
 #pragma once
 
 #include <cstdint>
-#include <map>
+#include <memory>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "formatview/format_view_ctrl.h"
@@ -12,39 +13,38 @@
 
 namespace coverage {
 
-/// The list of a coverage window's instances, and the window's identity: holds its record and knows its data
-/// panes by number, dense from 1. UI thread only.
+class CJepCoverageInstanceCtrlCovData;
+
+/// The list of a coverage window's instances, and the window's identity: borrows its record and knows the
+/// data pane of each instance. UI thread only.
 class CJepCoverageInstanceCtrlStatData final : public CJepDebugInstanceDataCtrl, public DisplayClient {
  public:
-  using PaneMap = std::map<std::uint32_t, CJepCoverageInstanceCtrlCovData*>;
+  using DataPane = CJepCoverageInstanceCtrlCovData;
 
-  CJepCoverageInstanceCtrlStatData(qal::IQHost* host, CUiCustomizer* customizer, PaneHost& owner,
-                                   WindowKind kind, std::uint32_t start, std::uint32_t end);
+  CJepCoverageInstanceCtrlStatData(const PaneServices& services, std::shared_ptr<CoverageWindow> record);
   ~CJepCoverageInstanceCtrlStatData() override;
 
-  CoverageWindow& Record() { return record_; }
-  const CoverageWindow& Record() const { return record_; }
-  const PaneMap& Panes() const { return panes_; }
-  /// Takes a data pane in as the next number, which it gives.
-  std::uint32_t AddPane(CJepCoverageInstanceCtrlCovData& pane);
-  /// Lets a data pane go; higher numbers move down.
-  void RemovePane(CJepCoverageInstanceCtrlCovData& pane);
-  void RemoveAllPanes();
-  /// Pane of a number, or null.
-  CJepCoverageInstanceCtrlCovData* Pane(std::uint32_t number) const;
-  /// Pane of the displayed instance (the first one when none is), and the pane with the window; null without
-  /// panes.
-  CJepCoverageInstanceCtrlCovData* DisplayedPane() const;
-  CJepCoverageInstanceCtrlCovData* ViewPane() const;
-  /// Makes the pane's instance the displayed one.
-  void Display(CJepCoverageInstanceCtrlCovData& pane);
-  /// When the displayed instance has no registered range: the first one that has.
-  void DisplayRegistered();
+  CoverageWindow& Record() const { return *record_; }
+  /// Takes in the data pane of one of the record's instances, and lets one go.
+  void AddPane(DataPane& pane);
+  void Forget(DataPane& pane);
+  /// Every data pane, in no particular order.
+  std::vector<DataPane*> Panes() const;
+  /// Pane of an instance or of an instance's number, or null.
+  DataPane* PaneOf(const CoverageInstance* instance) const;
+  DataPane* Pane(std::uint32_t number) const;
+  /// Pane of the displayed instance, and the pane with the window; null when there is none.
+  DataPane* DisplayedPane() const;
+  DataPane* ViewPane() const;
 
-  /// Names of the file's functions in the order of the debugger.
-  void SetFunctionNames(std::vector<std::string> names) { functionNames_ = std::move(names); }
-  /// Number of a function for a macro: its place among the names, or the given row's.
-  std::uint32_t MacroNumber(const std::string& functionName, int row) const;
+  /// Number of a function for a macro: its place among the file's names; of equal names the one at its place
+  /// in the order of start addresses. A name that is not there: the row's number.
+  std::uint32_t MacroNumber(const CoverageInstance& instance, int row) const;
+
+  // Each brings what the record's marks name up to date and takes the mark off.
+  void ListStale();
+  void RowsStale();
+  void Redraw();
 
   void ListInstances(bool takeSnapshot, int firstRow, int rowCount);
   void ResetList();
@@ -58,18 +58,20 @@ class CJepCoverageInstanceCtrlStatData final : public CJepDebugInstanceDataCtrl,
   void ApplyColours(std::string_view category, std::int32_t foreground, std::int32_t background) override;
 
  protected:
-  platform::LResult OnMessage(const platform::Message& message) override;
+  platform::LResult OnEntered(const platform::Message& message) override;
   std::span<const PaneColumn> Columns() const override;
   void OnPaneCreated() override;
   void OnResized() override;
+  void OnPaneDestroyed() override;
 
  private:
   void WriteRow(int row, const FunctionStat& stat);
   std::string RangeText(const FunctionStat& stat) const;
-  bool IsFileWindow() const { return record_.kind == WindowKind::kFile; }
-  /// Pane of the selected row, or null.
-  CJepCoverageInstanceCtrlCovData* SelectedPane() const;
-  void Renumber(const std::vector<CJepCoverageInstanceCtrlCovData*>& order);
+  bool IsFileWindow() const { return record_->isFile(); }
+  /// Instance of the selected row, or null.
+  CoverageModel::InstancePtr Selected() const;
+  /// The pane with the window takes over another instance than this one, which is about to go.
+  void KeepView(CoverageInstance& leaving);
   void AfterEnabling();
   void Sort(int column);
 
@@ -95,9 +97,9 @@ class CJepCoverageInstanceCtrlStatData final : public CJepDebugInstanceDataCtrl,
   void OnListDoubleClick();
   void OnColumnClick(const platform::Notification& news);
 
-  CoverageWindow record_;
-  PaneMap panes_;
-  std::vector<std::string> functionNames_;
+  std::shared_ptr<CoverageWindow> record_;
+  std::unordered_map<const CoverageInstance*, DataPane*> panes_;
+  DataPane* view_ = nullptr;
   bool allEnabled_ = false;
 };
 

@@ -15,94 +15,83 @@ using DataPane = CJepCoverageInstanceCtrlCovData;
 using StatisticsPane = CJepCoverageInstanceCtrlStatData;
 
 void StatisticsPane::AfterEnabling() {
-  owner().UpdateCoverageSwitch();
-  owner().DropLineMarks();
-  ListInstances(true, -1, -1);
-  owner().RedrawPanes();
+  model().UpdateCoverageSwitch();
+  above().DropLineMarks();
+  model().MarkRows();
 }
 
 void StatisticsPane::OnEnableAll() {
   const bool enabled = !allEnabled_;
-  owner().Macro().RecordEnable(enabled, MacroRecorder::kAll);
-  for (const auto& [number, pane] : panes_) {
-    if (pane->Instance().rangeSet == 1) pane->SetEnabled(enabled ? 1 : 0);
+  macro().RecordEnable(enabled, MacroRecorder::kAll);
+  for (const auto& [number, instance] : record_->instances) {
+    if (instance->rangeSet == 1) model().Enable(*instance, enabled);
   }
-  AfterEnabling();
+  ListInstances(true, -1, -1);
   // Also where an instance without a range stays as it is, so that the next time does the opposite.
   allEnabled_ = enabled;
+  AfterEnabling();
 }
 
 void StatisticsPane::OnUpdateEnableAll(platform::CommandUpdate& update) { update.SetCheck(allEnabled_); }
 
 void StatisticsPane::OnEnable() {
+  const auto instance = Selected();
   const int row = List().SelectedRow();
-  DataPane* pane = SelectedPane();
-  if (!pane || static_cast<std::size_t>(row) >= record_.stats.size()) return;
-  const FunctionStat& stat = record_.stats[static_cast<std::size_t>(row)];
-  const bool enabled = stat.enableStatus == 0;
-  owner().Macro().RecordEnable(enabled, IsFileWindow() ? MacroNumber(stat.name, row) : MacroRecorder::kAll);
-  if (pane->Instance().rangeSet == 1) pane->SetEnabled(enabled ? 1 : 0);
+  if (!instance || static_cast<std::size_t>(row) >= record_->stats.size()) return;
+  const bool enabled = record_->stats[static_cast<std::size_t>(row)].enableStatus == 0;
+  macro().RecordEnable(enabled, IsFileWindow() ? MacroNumber(*instance, row) : MacroRecorder::kAll);
+  if (instance->rangeSet == 1) model().Enable(*instance, enabled);
   AfterEnabling();
 }
 
 void StatisticsPane::OnUpdateEnable(platform::CommandUpdate& update) {
-  const DataPane* pane = SelectedPane();
-  update.Enable(pane != nullptr);
-  update.SetCheck(pane && pane->Instance().enableStatus != 0);
+  const auto instance = Selected();
+  update.Enable(instance != nullptr);
+  update.SetCheck(instance && instance->enableStatus != 0);
 }
 
 void StatisticsPane::OnClearAll() {
-  const auto first = std::find_if(panes_.begin(), panes_.end(), [](const auto& each) {
-    return each.second->Instance().modified == 1 && each.second->Instance().saved == 0;
-  });
-  const bool unsaved = first != panes_.end();
-  const bool asks = unsaved && owner().ClearAsks();
-  owner().Macro().PrepareReset(MacroRecorder::kAll);
-  if (!asks || owner().MayClearFunction(*first->second)) {
-    if (unsaved) owner().Macro().FinishReset(true);
-    for (const auto& [number, pane] : panes_) {
-      CoverageInstance& instance = pane->Instance();
-      if (instance.rangeSet != 1) continue;
-      instance.modified = 0;
-      if (!asks) instance.saved = 0;
-      instance.counts->Clear();
-      instance.ComputePercentage(false, owner().Instructions());
-    }
-    owner().DropLineMarks();
-    ListInstances(true, -1, -1);
-    if (DataPane* displayed = DisplayedPane()) {
-      displayed->RebuildRows(displayed->Instance().refreshLocked == 0, 0, -1, -1);
+  if (record_->instances.empty()) return;
+  // The question is about the first instance that is not saved; without one it asks nothing.
+  const auto unsaved =
+      std::find_if(record_->instances.begin(), record_->instances.end(),
+                   [](const auto& each) { return each.second->modified == 1 && each.second->saved == 0; });
+  const auto asked =
+      unsaved != record_->instances.end() ? unsaved->second : record_->instances.begin()->second;
+  const auto window = record_;
+  macro().PrepareReset(MacroRecorder::kAll);
+  if (above().MayLose(DataLoss::kClearAll, *asked)) {
+    for (const auto& [number, instance] : window->instances) {
+      if (instance->rangeSet != 1) continue;
+      instance->modified = 0;
+      model().Clear(*instance);
     }
   }
-  owner().Macro().FinishReset(false);
+  macro().FinishReset(false);
 }
 
 void StatisticsPane::OnClearData() {
-  DataPane* pane = SelectedPane();
+  const auto instance = Selected();
+  DataPane* pane = PaneOf(instance.get());
   if (!pane) return;
-  const std::uint32_t number =
-      IsFileWindow() ? MacroNumber(pane->Instance().functionName, List().SelectedRow()) : MacroRecorder::kAll;
-  owner().Macro().PrepareReset(number);
+  macro().PrepareReset(IsFileWindow() ? MacroNumber(*instance, List().SelectedRow()) : MacroRecorder::kAll);
   pane->ClearData();
-  owner().Macro().FinishReset(false);
-  pane->RebuildRows(pane->Instance().refreshLocked == 0, 0, -1, -1);
-  ListInstances(true, -1, -1);
+  macro().FinishReset(false);
 }
 
 void StatisticsPane::OnUpdateNeedsSelection(platform::CommandUpdate& update) {
-  update.Enable(SelectedPane() != nullptr);
+  update.Enable(Selected() != nullptr);
 }
 
 void StatisticsPane::OnViewSource() {
-  const DataPane* pane = SelectedPane();
+  const auto instance = Selected();
   auto* source = FindService<qal::IQSource>(host, qal::iid::kSource);
   auto* editor = FindService<qal::IQEditor>(host, qal::iid::kEditor);
-  if (!pane || !source || !editor || !FindService<qal::IQExpression>(host, qal::iid::kExpression)) return;
-  const std::uint32_t start = pane->Instance().start;
+  if (!instance || !source || !editor || !FindService<qal::IQExpression>(host, qal::iid::kExpression)) return;
   platform::WideOut file;
   std::uint32_t line = 0;
-  if (qal::Failed(source->AddressToLine(start, file.put(), &line))) {
-    editor->ShowAddress(start, 1);
+  if (qal::Failed(source->AddressToLine(instance->start, file.put(), &line))) {
+    editor->ShowAddress(instance->start, 1);
     return;
   }
   std::uint32_t unset = 0;
@@ -112,12 +101,12 @@ void StatisticsPane::OnViewSource() {
 }
 
 void StatisticsPane::OnEditRange() {
-  DataPane* pane = SelectedPane();
+  DataPane* pane = PaneOf(Selected().get());
   if (!pane) pane = Pane(1);
   if (!pane) return;
-  owner().Macro().ArmRangeEdit();
+  macro().ArmRangeEdit();
   pane->EditRange();
-  owner().Macro().RecordRangeEdit(MacroRecorder::kAll, MacroRecorder::kAll);
+  macro().RecordRangeEdit(MacroRecorder::kAll, MacroRecorder::kAll);
 }
 
 void StatisticsPane::OnUpdateEditRange(platform::CommandUpdate& update) {
@@ -126,54 +115,50 @@ void StatisticsPane::OnUpdateEditRange(platform::CommandUpdate& update) {
 }
 
 void StatisticsPane::OnSave() {
-  if (DataPane* first = Pane(1)) owner().SavePane(*first);
+  if (const auto first = record_->Instance(1)) above().SaveData(*first);
 }
 
 void StatisticsPane::OnLoad() {
-  if (DataPane* first = Pane(1)) owner().LoadPane(*first);
+  if (const auto first = record_->Instance(1)) above().LoadData(*first);
 }
 
 void StatisticsPane::OnRefresh() {
-  for (const auto& [number, pane] : PaneMap(panes_)) pane->Refresh();
-  if (DataPane* displayed = DisplayedPane()) displayed->RebuildRows(true, 0, -1, -1);
+  model().Instructions().Drop();
+  for (const auto& [number, instance] : record_->instances) model().ComputePercentage(*instance);
+  model().MarkRows();
+}
+
+void StatisticsPane::KeepView(CoverageInstance& leaving) {
+  DataPane* const pane = PaneOf(&leaving);
+  if (pane == nullptr || pane != view_) return;
+  const std::uint32_t number = record_->NumberOf(leaving);
+  const auto next = record_->Instance(record_->Instance(number + 1) ? number + 1 : number - 1);
+  DataPane* const hidden = PaneOf(next.get());
+  if (hidden == nullptr) return;
+  pane->instance_.swap(hidden->instance_);
+  panes_[&pane->Instance()] = pane;
+  panes_[&hidden->Instance()] = hidden;
 }
 
 void StatisticsPane::OnDeleteRange() {
-  DataPane* pane = SelectedPane();
-  if (!pane || IsFileWindow() || panes_.size() < 2) return;
-  CoverageInstance& instance = pane->Instance();
-  if (instance.modified != 0 && instance.enableStatus != 0 && owner().ClosingAsks()) {
-    const auto confirmation = owner().ConfirmClear();
-    if (confirmation == PaneHost::Confirmation::kCancelled) return;
-    if (confirmation == PaneHost::Confirmation::kSaveFirst) {
-      owner().SavePane(*pane);
-    } else {
-      instance.modified = 0;
-    }
-  }
-  const bool displayed = instance.shown != 0;
-  DataPane* leaving = pane;
-  if (pane->Exists()) {
-    // The pane with the window stays and takes over the next instance, or the one before the last.
-    const auto number = static_cast<std::uint32_t>(List().SelectedRow() + 1);
-    leaving = Pane(number + 1) ? Pane(number + 1) : Pane(number - 1);
-    pane->SwapInstance(*leaving);
-  }
-  RemovePane(*leaving);
-  leaving->RemoveFromDebugger();
-  owner().DeletePane(*leaving);
-  if (displayed && Pane(1)) Display(*Pane(1));
+  const auto instance = Selected();
+  if (!instance || IsFileWindow() || record_->instances.size() < 2) return;
+  if (!above().MayLose(DataLoss::kDeleteRange, *instance)) return;
+  // While the question was open, other ranges may have gone.
+  if (record_->instances.size() < 2) return;
+  KeepView(*instance);
+  DataPane* const leaving = PaneOf(instance.get());
+  model().Remove(*instance);
+  model().DisplayRegistered(*record_);
+  if (leaving != nullptr) above().Retire(*leaving);
   List().SelectRow(-1);
-  owner().UpdateCoverageSwitch();
-  owner().DropLineMarks();
-  ListInstances(true, -1, -1);
 }
 
 void StatisticsPane::OnUpdateDeleteRange(platform::CommandUpdate& update) {
-  update.Enable(!IsFileWindow() && panes_.size() > 1 && SelectedPane() != nullptr);
+  update.Enable(!IsFileWindow() && record_->instances.size() > 1 && Selected() != nullptr);
 }
 
-void StatisticsPane::OnAddRange() { owner().OpenCoverage(); }
+void StatisticsPane::OnAddRange() { above().OpenCoverage(); }
 
 platform::LResult StatisticsPane::OnScrolled(const platform::Message& message) {
   ListInstances(message.id != platform::message::kMouseWheel, -1, -1);
@@ -201,7 +186,7 @@ void StatisticsPane::OnColumnClick(const platform::Notification& news) {
   }
 }
 
-platform::LResult StatisticsPane::OnMessage(const platform::Message& received) {
+platform::LResult StatisticsPane::OnEntered(const platform::Message& received) {
   using namespace pane_command;
   using platform::kAny;
   using platform::message::kCommand;
@@ -254,9 +239,8 @@ platform::LResult StatisticsPane::OnMessage(const platform::Message& received) {
       {kNotify, platform::notify::kDoubleClick, &Pane::OnListDoubleClick, kListId},
       {kNotify, platform::notify::kColumnClick, &Pane::OnColumnClick, kListId},
   });
-  const platform::ResourceScope scope(Resources());
   if (const auto answer = platform::Dispatch(*this, kRoutes, received)) return *answer;
-  return CJepDebugInstanceDataCtrl::OnMessage(received);
+  return CJepDebugInstanceDataCtrl::OnEntered(received);
 }
 
 }  // namespace coverage

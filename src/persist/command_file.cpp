@@ -1,17 +1,13 @@
 #include "persist/command_file.h"
 
-#include <optional>
+#include <memory>
 
 #include "model/disassembly_cache.h"
 #include "model/file_functions.h"
-#include "persist/cov_output.h"
-#include "persist/cov_reader.h"
+#include "persist/cov_save.h"
 #include "persist/section_writer.h"
-#include "platform/files.h"
-#include "platform/message_box.h"
 #include "platform/text.h"
 #include "util/placeholder_resolver.h"
-#include "util/texts.h"
 
 namespace coverage {
 namespace {
@@ -43,12 +39,13 @@ qal::Status WriteWindows(CovOutput& out, CommandModel& model, CovType type, qal:
 /// Rows go to one store until the next section.
 class StoreSink : public CovSectionSink {
  public:
-  StoreSink(CommandModel& model, qal::IQHost* host) : model_(model), host_(host) {}
+  StoreSink(CommandModel& model, qal::IQHost* host, Reporter& reporter)
+      : model_(model), host_(host), reporter_(reporter) {}
 
   void Rows(std::span<const qal::CountPair> counts, std::span<const qal::CountPair> pass) final {
-    store_->AddRows(counts, pass);
+    model_.AddRows(*store_, counts, pass);
   }
-  /// Why reading stopped; 0 when it did not.
+  /// Why not everything was taken; 0 when everything was.
   qal::Status status() const { return status_; }
 
  protected:
@@ -58,15 +55,22 @@ class StoreSink : public CovSectionSink {
   }
   Take RowsTo(CoverageCounts& store, const CovSection& section) {
     store_ = &store;
-    store.SetActive(section.enableStatus);
+    model_.SetActive(store, section.enableStatus);
     return Take::kRows;
+  }
+  /// Whether a range of the file may be laid out. One that is too long is remembered as what went wrong.
+  bool Fits(std::uint32_t start, std::uint32_t end) {
+    if (budget_.Take(start, end)) return true;
+    status_ = automation::kTooLarge;
+    return false;
   }
 
   CommandModel& model_;
   qal::IQHost* host_;
-  CellBudget budget_;
+  Reporter& reporter_;
 
  private:
+  CellBudget budget_;
   CoverageCounts* store_ = nullptr;
   qal::Status status_ = qal::kOk;
 };
@@ -80,8 +84,8 @@ class CurrentRangeSink final : public StoreSink {
     std::uint32_t start = section.start;
     std::uint32_t end = section.end;
     AlignToSteps(start, end);
-    if (!budget_.Take(start, end) || model_.SetStoreRange(start, end) == 0)
-      return Stop(automation::kRangeRefused);
+    if (!Fits(start, end)) return Take::kStop;
+    if (model_.SetStoreRange(start, end, reporter_) == 0) return Stop(automation::kRangeRefused);
     model_.SetStoreEnabled(section.enableStatus != 0);
     return RowsTo(model_.commandStore(), section);
   }
@@ -91,12 +95,15 @@ class CurrentRangeSink final : public StoreSink {
 /// names.
 class NewWindowSink final : public StoreSink {
  public:
-  NewWindowSink(CommandModel& model, qal::IQHost* host, LoadFor whom) : StoreSink(model, host), whom_(whom) {}
+  using StoreSink::StoreSink;
 
   Take BeginSection(const CovSection& section) override {
     if (!section.fileName.empty()) return BeginFunction(section);
-    if (!budget_.Take(section.start, section.end)) return Take::kSkip;
-    return RowsTo(*model_.AddWindow(section.start, section.end, section.functionName).counts, section);
+    // A range that cannot be registered has its window all the same.
+    const auto added = Fits(section.start, section.end)
+                           ? model_.AddWindow(section.start, section.end, section.functionName, reporter_)
+                           : model_.AddWindow(section.functionName);
+    return RowsTo(*added.counts, section);
   }
 
  private:
@@ -104,21 +111,18 @@ class NewWindowSink final : public StoreSink {
     const std::string sourceFile = PlaceholderResolver(host_).ExpandPlaceholders(section.fileName);
     const FileFunctions listing = ListFileFunctions(host_, sourceFile, false);
     if (listing.outcome != FileFunctions::Outcome::kListed) {
-      if (whom_ == LoadFor::kCommand) ShowListingFailure(host_, listing);
+      ReportListing(listing, reporter_);
       return Take::kSkip;
     }
     for (const SourceFunction& function : listing.functions) {
-      if (platform::EqualNoCase(function.name, section.functionName) &&
-          budget_.Take(function.start, function.end)) {
-        model_.AddWindow(function.start, function.end, function.name);
+      if (platform::EqualNoCase(function.name, section.functionName) && Fits(function.start, function.end)) {
+        model_.AddWindow(function.start, function.end, function.name, reporter_);
       }
     }
     const std::uint32_t number = model_.WindowOfFunction(section.functionName);
     if (number == 0) return Stop(automation::kInvalidTyped);
     return RowsTo(*model_.FirstEntry(number)->counts, section);
   }
-
-  LoadFor whom_;
 };
 
 /// Sections of a source file's functions: each one belongs to the window with its range and name.
@@ -133,19 +137,40 @@ class FunctionSink final : public StoreSink {
   }
 };
 
-/// Whether a file of another project or configuration is loaded all the same. A command says so in a box.
-bool GoesOn(ProjectMatch match, CovType type, LoadFor whom) {
-  if (match == ProjectMatch::kSame) return true;
-  const bool untyped = type == CovType::kUntyped;
-  if (whom == LoadFor::kAutomation) return match == ProjectMatch::kConfigurationDiffers && !untyped;
-  if (match == ProjectMatch::kConfigurationDiffers) {
-    platform::ShowMessageBox(Text(strings::kOtherConfigurationLoaded), platform::Icon::kInformation);
-    return true;
+/// The stores as what a file is loaded into.
+class CommandTarget final : public LoadTarget {
+ public:
+  CommandTarget(CommandModel& model, qal::IQHost* host, Reporter& reporter)
+      : model_(model), host_(host), reporter_(reporter) {}
+
+  CovSectionSink& BeginRanges(CovType type) override {
+    untyped_ = type == CovType::kUntyped;
+    if (untyped_) {
+      sink_ = std::make_unique<CurrentRangeSink>(model_, host_, reporter_);
+    } else {
+      model_.RemoveAllWindows();
+      model_.ClearStore();
+      sink_ = std::make_unique<NewWindowSink>(model_, host_, reporter_);
+    }
+    return *sink_;
   }
-  platform::ShowMessageBox(Text(untyped ? strings::kOtherProjectLoaded : strings::kOtherProjectRefused),
-                           platform::Icon::kInformation);
-  return untyped;
-}
+  CovSectionSink* BeginFunctions(const std::string& written) override {
+    model_.RemoveAllWindows();
+    model_.ClearStore();
+    if (!model_.OpenFile(PlaceholderResolver(host_).ExpandPlaceholders(written), reporter_)) return nullptr;
+    sink_ = std::make_unique<FunctionSink>(model_, host_, reporter_);
+    return sink_.get();
+  }
+  qal::Status Outcome() const override { return sink_->status(); }
+  bool untyped() const { return untyped_; }
+
+ private:
+  CommandModel& model_;
+  qal::IQHost* host_;
+  Reporter& reporter_;
+  std::unique_ptr<StoreSink> sink_;
+  bool untyped_ = false;
+};
 
 }  // namespace
 
@@ -153,56 +178,25 @@ qal::Status SaveCommandModel(CommandModel& model, const std::string& path, const
                              qal::IQHost* host) {
   const bool hasWindows = model.windowCount() != 0;
   if (!hasWindows && !model.commandStore().registered()) return automation::kNothing;
-  platform::TextWriter file;
-  if (!file.Open(path)) return automation::kCannotOpen;
-  CovOutput out(file);
   CovHeader header{current.configuration, current.project, CovType::kRange, {}};
-  DisassemblyCache cache;
-  qal::Status status = qal::kOk;
-  if (hasWindows) {
-    header.fileName = model.filePath();
-    if (!header.fileName.empty()) header.type = CovType::kFile;
-    out.Header(header, header.type == CovType::kFile);
-    status = WriteWindows(out, model, header.type, host, cache);
-  } else {
-    out.Header(header, false);
+  if (hasWindows) header.fileName = model.filePath();
+  if (!header.fileName.empty()) header.type = CovType::kFile;
+  return SaveCoverageFile(path, header, header.type == CovType::kFile, [&](CovOutput& out) {
+    DisassemblyCache cache;
+    if (hasWindows) return WriteWindows(out, model, header.type, host, cache);
     CoverageCounts& store = model.commandStore();
     WriteStore(out, kWindowSection, 1, store, store.active(), {}, host, cache);
-  }
-  out.Finish();
-  if (!file.Close() && qal::Succeeded(status)) status = automation::kCannotOpen;
-  return status;
+    return qal::kOk;
+  });
 }
 
 qal::Status LoadCommandModel(CommandModel& model, const std::string& path, const ProjectNames& current,
-                             qal::IQHost* host, LoadFor whom) {
-  platform::TextReader file;
-  if (!file.Open(path)) return automation::kCannotOpen;
-  CovReader reader(file);
-  CovHeader header;
-  const bool valid = reader.ReadHeader(header);
-  const bool untyped = header.type == CovType::kUntyped;
-  const qal::Status invalid = untyped ? automation::kInvalidUntyped : automation::kInvalidTyped;
-  if (!valid || !GoesOn(CompareProject(header, current), header.type, whom)) return invalid;
-
-  if (untyped) {
-    CurrentRangeSink sink(model, host);
-    reader.ReadSections(header.type, SectionFileLine::kNone, sink);
-    if (qal::Succeeded(sink.status())) model.RemoveAllWindows();
-    return sink.status();
-  }
-  model.RemoveAllWindows();
-  model.ClearStore();
-  if (header.type == CovType::kRange) {
-    NewWindowSink sink(model, host, whom);
-    reader.ReadSections(header.type, SectionFileLine::kAllowed, sink);
-    return sink.status();
-  }
-  const std::string sourceFile = PlaceholderResolver(host).ExpandPlaceholders(header.fileName);
-  if (!model.OpenFile(sourceFile, whom == LoadFor::kAutomation)) return automation::kInvalidTyped;
-  FunctionSink sink(model, host);
-  reader.ReadSections(CovType::kFile, SectionFileLine::kAllowed, sink);
-  return sink.status();
+                             qal::IQHost* host, const LoadPolicy& policy, Reporter& reporter) {
+  CommandTarget target(model, host, reporter);
+  const qal::Status status = LoadCoverageFile(path, current, policy, reporter, target);
+  // The current range counts again once every section of the oldest form was taken.
+  if (target.untyped() && qal::Succeeded(status)) model.RemoveAllWindows();
+  return status;
 }
 
 }  // namespace coverage

@@ -61,13 +61,11 @@ void WriteRows(CovOutput& out, CoverageCounts& counts, std::uint32_t start, std:
   });
 }
 
-void WriteInstanceSection(CovOutput& out, CoverageInstance& instance, std::uint32_t number, qal::IQHost* host,
-                          DisassemblyCache& cache) {
+void WriteInstanceSection(CovOutput& out, const CoverageInstance& instance, std::uint32_t number,
+                          qal::IQHost* host, DisassemblyCache& cache) {
   out.Section({instance.isFunction() ? kInstanceSection : kWindowSection, number, instance.start,
                instance.end, instance.enableStatus, instance.percentage, instance.functionName});
   WriteRows(out, *instance.counts, instance.start, instance.end, host, cache);
-  instance.modified = 0;
-  instance.saved = 1;
 }
 
 }  // namespace coverage

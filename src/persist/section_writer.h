@@ -37,9 +37,8 @@ RecordedCounts CountRecorded(CoverageCounts& counts, std::uint32_t start, std::u
 void WriteRows(CovOutput& out, CoverageCounts& counts, std::uint32_t start, std::uint32_t end,
                qal::IQHost* host, DisassemblyCache& cache);
 
-/// Writes the whole section of a window's instance, as its `number`-th; the instance is then saved and
-/// unmodified.
-void WriteInstanceSection(CovOutput& out, CoverageInstance& instance, std::uint32_t number, qal::IQHost* host,
-                          DisassemblyCache& cache);
+/// Writes the whole section of a window's instance, as its `number`-th.
+void WriteInstanceSection(CovOutput& out, const CoverageInstance& instance, std::uint32_t number,
+                          qal::IQHost* host, DisassemblyCache& cache);
 
 }  // namespace coverage

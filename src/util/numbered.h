@@ -23,6 +23,13 @@ class Numbered {
     if (at != entries_.end() && at->first == number) return at->second;
     return entries_.emplace(at, number, Thing{})->second;
   }
+  /// The thing under the number, or null.
+  const Thing* Find(std::uint32_t number) const {
+    const auto at =
+        std::lower_bound(entries_.begin(), entries_.end(), number,
+                         [](const Entry& entry, std::uint32_t sought) { return entry.first < sought; });
+    return at != entries_.end() && at->first == number ? &at->second : nullptr;
+  }
   void clear() { entries_.clear(); }
 
   bool empty() const { return entries_.empty(); }

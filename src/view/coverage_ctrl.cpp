@@ -4,14 +4,17 @@
 #include <chrono>
 #include <utility>
 
-#include "formatview/interface_call.h"
-#include "model/coverage_switch.h"
-
 namespace coverage {
 
 // Messages of the control's window.
 
 platform::LResult CJepCoverageCtrl::OnMessage(const platform::Message& message) {
+  const platform::LResult failure = message.id == platform::message::kCreate ? -1 : 0;
+  return Enter(
+      delivery.get(), [&] { return OnEntered(message); }, failure);
+}
+
+platform::LResult CJepCoverageCtrl::OnEntered(const platform::Message& message) {
   using platform::message::kCommand;
   using platform::message::kCreate;
   using platform::message::kUpdateCommand;
@@ -26,12 +29,8 @@ platform::LResult CJepCoverageCtrl::OnMessage(const platform::Message& message) 
   return CUiDebugCommandSink::OnMessage(message);
 }
 
-void CJepCoverageCtrl::OnOpenCoverage() { windows->OpenCoverage(); }
-
-void CJepCoverageCtrl::OnChangeSourceFile() { windows->ChangeSourceFile(); }
-
 void CJepCoverageCtrl::OnUpdateOpenCoverage(platform::CommandUpdate& update) {
-  update.Enable(windows->OpenCommandEnabled());
+  update.Enable(opener->CommandEnabled());
 }
 
 platform::LResult CJepCoverageCtrl::OnTimer(const platform::Message& message) {
@@ -40,26 +39,21 @@ platform::LResult CJepCoverageCtrl::OnTimer(const platform::Message& message) {
 }
 
 platform::LResult CJepCoverageCtrl::CloseChild(qal::WindowHandle window, platform::LParam second) {
-  if (windows->CloseByHandle(window)) return 1;
-  // The frame of a pane that belongs to no window: its range was refused.
-  for (const auto& child : children) {
-    if (window == 0 || child->ParentHandle() != window) continue;
-    RemoveChild(*child);
-    return 1;
-  }
+  if (table->CloseByHandle(window)) return 1;
   return CUiDebugCommandSink::CloseChild(window, second);
 }
 
-// What the commands and the macro recorder ask.
+// What the commands, the images and the macro recorder ask.
 
 void CJepCoverageCtrl::BringUpToDate() {
-  windows->RefreshAllStatistics();
-  Marks().DropLineMarks();
+  RefreshAllStatistics();
+  records.Stale().marks = true;
 }
 
-void CJepCoverageCtrl::UpdateCoverageSwitch() {
-  const std::vector<CoverageInstance*> instances = windows->AllInstances();
-  coverage::UpdateCoverageSwitch(host, CoverageWanted(*model, instances));
+std::vector<const CoverageWindow*> CJepCoverageCtrl::OpenWindows() {
+  std::vector<const CoverageWindow*> windows;
+  for (const auto& window : records.Windows()) windows.push_back(window.get());
+  return windows;
 }
 
 std::uint32_t CJepCoverageCtrl::StartMacroTimer(std::uint32_t id, std::uint32_t milliseconds) {
@@ -69,7 +63,7 @@ std::uint32_t CJepCoverageCtrl::StartMacroTimer(std::uint32_t id, std::uint32_t 
 void CJepCoverageCtrl::StopMacroTimer(std::uint32_t id) { KillTimer(id); }
 
 bool CJepCoverageCtrl::AskMacroQuestion(const std::string& question) {
-  return options->Ask(MessageOption::kMacroLimitation, question);
+  return options.Ask(MessageOption::kMacroLimitation, question);
 }
 
 // Interfaces.
@@ -93,28 +87,36 @@ qal::Status CJepCoverageCtrl::GetSessionValue(std::uintptr_t, std::uintptr_t, st
 }
 
 qal::Status CJepCoverageCtrl::SetRange(std::uint32_t start, std::uint32_t end) {
-  return InterfaceCall([&] { return automation.SetRange(start, end); });
+  return Enter(
+      delivery.get(), [&] { return automation.SetRange(start, end); }, qal::kFail);
 }
 qal::Status CJepCoverageCtrl::GetRange(std::uint32_t* start, std::uint32_t* end) {
-  return InterfaceCall([&] { return automation.GetRange(start, end); });
+  return Enter(
+      delivery.get(), [&] { return automation.GetRange(start, end); }, qal::kFail);
 }
 qal::Status CJepCoverageCtrl::Disable() {
-  return InterfaceCall([&] { return automation.Disable(); });
+  return Enter(
+      delivery.get(), [&] { return automation.Disable(); }, qal::kFail);
 }
 qal::Status CJepCoverageCtrl::Enable() {
-  return InterfaceCall([&] { return automation.Enable(); });
+  return Enter(
+      delivery.get(), [&] { return automation.Enable(); }, qal::kFail);
 }
 qal::Status CJepCoverageCtrl::Clear() {
-  return InterfaceCall([&] { return automation.Clear(); });
+  return Enter(
+      delivery.get(), [&] { return automation.Clear(); }, qal::kFail);
 }
 qal::Status CJepCoverageCtrl::IsEnabled(qal::Flag* enabled) {
-  return InterfaceCall([&] { return automation.IsEnabled(enabled); });
+  return Enter(
+      delivery.get(), [&] { return automation.IsEnabled(enabled); }, qal::kFail);
 }
 qal::Status CJepCoverageCtrl::Load(qal::WideText path) {
-  return InterfaceCall([&] { return automation.Load(path); });
+  return Enter(
+      delivery.get(), [&] { return automation.Load(path); }, qal::kFail);
 }
 qal::Status CJepCoverageCtrl::Save(qal::WideText path) {
-  return InterfaceCall([&] { return automation.Save(path); });
+  return Enter(
+      delivery.get(), [&] { return automation.Save(path); }, qal::kFail);
 }
 
 }  // namespace coverage

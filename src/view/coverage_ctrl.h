@@ -11,34 +11,33 @@
 #include "commands/command_host.h"
 #include "commands/coverage_automation.h"
 #include "commands/coverage_command.h"
+#include "commands/message_reporter.h"
 #include "formatview/debug_command_sink.h"
+#include "macro/coverage_images.h"
 #include "macro/macro_recorder.h"
-#include "model/command_model.h"
-#include "model/report_collector.h"
+#include "model/coverage_model.h"
 #include "persist/cov_file.h"
 #include "qal/all.h"
-#include "view/coverage_windows.h"
+#include "view/control_commands.h"
+#include "view/delivery.h"
 #include "view/display_settings.h"
 #include "view/message_options.h"
+#include "view/open_coverage.h"
+#include "view/source_change.h"
+#include "view/window_reload.h"
 #include "view/workspace_client.h"
 
 namespace coverage {
 
-/// Commands that reach the control through its window.
-namespace control_command {
-inline constexpr std::uint32_t kOpenCoverage = 32770;
-/// Posted by the data pane of a file window that asks for another source file.
-inline constexpr std::uint32_t kChangeSourceFile = 4097;
-}  // namespace control_command
-
-/// The one object behind the coverage windows and the marks of the editor columns. Owns the windows through
-/// their panes, the commands of the command line and what they work on, and the caches; borrows the services.
-/// UI thread only, but for the reading operations of the command model.
+/// The one object behind the coverage windows and the marks of the editor columns. Owns what is counted, the
+/// panes that show it, the commands of the command line, and everything that opens, fills, saves and closes
+/// windows; borrows the services. UI thread only, but for the reading operations of the command stores.
 class CJepCoverageCtrl : public CUiDebugCommandSink,
                          public CWSClient2,
                          public qal::ICoverageAutomation,
                          public CommandHost,
-                         public WindowOwner,
+                         public PaneHost,
+                         public ImageWindows,
                          public MacroRecorderHost {
  public:
   /// Registers the control, its options and its commands with the IDE. The window is created later.
@@ -49,10 +48,16 @@ class CJepCoverageCtrl : public CUiDebugCommandSink,
   void End();
 
   /// The column service's handles of the two editor columns.
-  void SetColumn(EditorColumn column, std::uint32_t handle) { Marks().SetColumn(column, handle); }
-  LineMarks& Marks() { return windows->Marks(); }
-  CoverageWindows& Windows() { return *windows; }
-  ImageWindows& Images() { return *windows; }
+  void SetColumn(EditorColumn column, std::uint32_t handle) { marks->SetColumn(column, handle); }
+  LineMarks& Marks() { return *marks; }
+  CoverageModel& Coverage() { return records; }
+  WindowTable& Windows() { return *table; }
+  WindowOpener& Opener() { return *opener; }
+  WindowSaver& Saver() { return saver; }
+  DialogHistory& History() { return history; }
+  ImageWindows& Images() { return *this; }
+  /// What every call of the IDE and every message goes through.
+  EntryListener* Entries() override { return delivery.get(); }
 
   // What the debugger's events ask for.
   /// Every window takes in the debugger's report; then, while no program runs, the panes list themselves
@@ -63,30 +68,40 @@ class CJepCoverageCtrl : public CUiDebugCommandSink,
   void OnDownload();
   /// The target was reset: caches dropped, a clear that waits is carried out, the columns are refreshed.
   void OnReset();
-  /// Recomputes every percentage and redraws every pane.
-  void RefreshAllStatistics() { windows->RefreshAllStatistics(); }
-  void RedrawPanes() { windows->RedrawPanes(); }
+  /// Recomputes every percentage and writes every list and row again.
+  void RefreshAllStatistics();
+  /// The marks of the editors first, then the panes with their percentages.
+  void OnActivityEnd();
 
   // CommandHost
   qal::IQHost* Host() override { return host; }
-  CommandModel& Model() override { return *model; }
+  CommandModel& Model() override { return records.Commands(); }
   ProjectKeys& Keys() override { return projectKeys; }
-  void RefreshViews() override { RedrawPanes(); }
+  Reporter& Messages() override { return reporter; }
+  void RefreshViews() override { records.MarkRows(); }
   void BringUpToDate() override;
-  void UpdateCoverageSwitch() override;
 
-  // WindowOwner
-  platform::Window& SinkWindow() override { return *this; }
-  void AdoptPane(std::unique_ptr<CUiChildWindow> pane) override { AddChild(std::move(pane)); }
-  void DisposePane(CUiChildWindow& pane) override { RemoveChild(pane); }
-  void SwitchCoverage() override { UpdateCoverageSwitch(); }
-  void ApplyDisplaySettings(DisplayClient& display) const override;
+  // PaneHost
+  bool MayLose(DataLoss loss, CoverageInstance& instance) override {
+    return questions.MayLose(loss, instance);
+  }
+  void SaveData(CoverageInstance& instance) override { saver.SaveData(instance); }
+  void LoadData(CoverageInstance& instance) override { loader->LoadData(instance); }
+  void OpenCoverage() override { opening->Run(); }
+  void ChangeSource(CoverageInstance& instance) override { sourceChange->Request(instance); }
+  void DropLineMarks() override { marks->DropLineMarks(); }
+  bool LoadingWindows() const override { return opener->Filling(); }
+  void Retire(CUiChildWindow& pane) override { RemoveChild(pane); }
+
+  // ImageWindows
+  std::vector<const CoverageWindow*> OpenWindows() override;
+  DisassemblyCache& Instructions() override { return records.Instructions(); }
 
   // MacroRecorderHost
   std::uint32_t StartMacroTimer(std::uint32_t id, std::uint32_t milliseconds) override;
   void StopMacroTimer(std::uint32_t id) override;
   bool AskMacroQuestion(const std::string& question) override;
-  std::string LoadPath() const override { return windows->LoadPath(); }
+  std::string LoadPath() const override { return history.loadPath; }
 
   // Interfaces of the IDE. The workspace client is what QueryInterface answers with.
   qal::Status QueryInterface(const qal::Guid* iid, void** out) override;
@@ -122,24 +137,39 @@ class CJepCoverageCtrl : public CUiDebugCommandSink,
   platform::LResult OnMessage(const platform::Message& message) override;
 
  private:
+  platform::LResult OnEntered(const platform::Message& message);
   platform::LResult OnCreate(const platform::Message& message);
-  void OnOpenCoverage();
-  void OnChangeSourceFile();
+  void OnOpenCoverage() { opening->Run(); }
+  void OnChangeSourceFile() { sourceChange->Run(); }
   void OnUpdateOpenCoverage(platform::CommandUpdate& update);
   platform::LResult OnTimer(const platform::Message& message);
+  void ApplyDisplaySettings(DisplayClient& display) const;
 
-  std::unique_ptr<CommandModel> model;
+  CoverageModel records;
+  MessageReporter reporter;
   DisplayFont displayFont;
-  std::unique_ptr<MessageOptions> options;
+  MessageOptions options;
   std::uint32_t sessionValue = 0;
   std::uint32_t clearPending = 0;
   bool ended = false;
   ProjectKeys projectKeys;
-  ReportCollector collector;
+  DialogHistory history;
   CoverageAutomation automation;
   std::vector<std::unique_ptr<CCoverageCommand>> commands;
   MacroRecorder macro;
-  std::unique_ptr<CoverageWindows> windows;
+  std::unique_ptr<LineMarks> marks;
+
+  ViewServices services;
+  WindowSaver saver{services};
+  DataQuestions questions{services, saver};
+  std::unique_ptr<WindowTable> table;
+  std::unique_ptr<PaneServices> panes;
+  std::unique_ptr<WindowOpener> opener;
+  std::unique_ptr<WindowLoader> loader;
+  std::unique_ptr<coverage::OpenCoverage> opening;
+  std::unique_ptr<WindowReload> reload;
+  std::unique_ptr<SourceChange> sourceChange;
+  std::unique_ptr<Delivery> delivery;
 };
 
 }  // namespace coverage

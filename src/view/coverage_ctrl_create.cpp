@@ -1,6 +1,5 @@
 #include <utility>
 
-#include "formatview/interface_call.h"
 #include "model/services.h"
 #include "util/resource_ids.h"
 #include "view/coverage_ctrl.h"
@@ -17,9 +16,11 @@ constexpr platform::LResult kCreationRefused = -1;
 
 CJepCoverageCtrl::CJepCoverageCtrl(qal::IQHost* hostObject, CUiCustomizer* customizerObject)
     : CUiDebugCommandSink(hostObject, customizerObject),
-      collector(hostObject),
+      records(hostObject),
+      reporter(hostObject),
       automation(*this),
-      macro(hostObject, *this) {
+      macro(hostObject, *this),
+      services{host, customizer, records, options, macro, projectKeys, history, reporter, *this} {
   const platform::ResourceScope scope(Resources());
   if (host != nullptr) {
     host->Advise(&qal::iid::kWorkSpaceClient, static_cast<qal::IQWorkSpaceClient2*>(this));
@@ -32,18 +33,25 @@ CJepCoverageCtrl::CJepCoverageCtrl(qal::IQHost* hostObject, CUiCustomizer* custo
   auto* const messageOptions = FindService<qal::IQMessageOptions>(host, qal::iid::kMessageOptions);
   auto* const source = FindService<qal::IQSource>(host, qal::iid::kSource);
   auto* const columns = FindService<qal::IQColumnService>(host, qal::iid::kColumnService);
-  options = std::make_unique<MessageOptions>(messageOptions);
+  options.Register(messageOptions);
 
-  model = std::make_unique<CommandModel>(host);
-  macro.ResetMacroState();
-  windows = std::make_unique<CoverageWindows>(
-      *this, CoverageWindows::Parts{host, customizer, settings, *options, macro, projectKeys}, *model, source,
-      columns);
+  marks = std::make_unique<LineMarks>(records, source, columns);
+  table = std::make_unique<WindowTable>(services, *this, questions, *marks);
+  delivery = std::make_unique<Delivery>(records, *table, *marks);
+  panes = std::make_unique<PaneServices>(
+      PaneServices{host, customizer, settings, records, macro, history, reporter, *delivery, *this, *this});
+  opener = std::make_unique<WindowOpener>(services, *panes, *table,
+                                          [this](DisplayClient& display) { ApplyDisplaySettings(display); });
+  loader = std::make_unique<WindowLoader>(services, *opener);
+  opening = std::make_unique<coverage::OpenCoverage>(services, *opener, *loader);
+  reload = std::make_unique<WindowReload>(services, *table, *opener, saver, *marks);
+  sourceChange = std::make_unique<SourceChange>(services, *opener, questions, *marks);
   commands = MakeCoverageCommands(*this);
 
   if (host != nullptr) {
     host->RegisterProvider(&qal::iid::kCoverageAutomation, static_cast<qal::ICoverageAutomation*>(this));
   }
+  macro.ResetMacroState();
 }
 
 CJepCoverageCtrl::~CJepCoverageCtrl() { End(); }
@@ -51,11 +59,12 @@ CJepCoverageCtrl::~CJepCoverageCtrl() { End(); }
 void CJepCoverageCtrl::End() {
   if (std::exchange(ended, true)) return;
   const platform::ResourceScope scope(Resources());
-  options->Withdraw();
+  delivery->Stop();
+  options.Withdraw();
   macro.End();
   // The listings of "coverage_display" read the model: they end with their command, before the model goes.
   while (!commands.empty()) commands.erase(commands.begin());
-  model->Withdraw();
+  records.Withdraw();
   if (host != nullptr) {
     host->Unadvise(&qal::iid::kWorkSpaceClient, static_cast<qal::IQWorkSpaceClient2*>(this));
     host->Unadvise(&qal::iid::kWorkSpaceClient2, static_cast<qal::IQWorkSpaceClient2*>(this));
@@ -66,14 +75,13 @@ void CJepCoverageCtrl::End() {
 }
 
 void CJepCoverageCtrl::DestroyChildren() {
-  windows->CloseAll();
+  table->CloseAll();
   CUiDebugCommandSink::DestroyChildren();
 }
 
 platform::LResult CJepCoverageCtrl::OnCreate(const platform::Message& message) {
   if (CUiDebugCommandSink::OnMessage(message) == kCreationRefused) return kCreationRefused;
   if (customizer == nullptr) return 0;
-  const platform::ResourceScope scope(Resources());
   const qal::ModuleHandle module = ResourceModule();
   customizer->RegisterMenu(module, resource::kMenuControl, commandKey, qal::kClassId);
   customizer->RegisterWindow(commandKey, qal::kClassId, Handle());

@@ -1,4 +1,3 @@
-#include "formatview/interface_call.h"
 #include "platform/text.h"
 #include "view/coverage_ctrl.h"
 
@@ -8,10 +7,13 @@ namespace coverage {
 
 qal::Status CJepCoverageCtrl::GetFormatName(char16_t** name) {
   if (name == nullptr) return qal::kFail;
-  return InterfaceCall([&] {
-    *name = platform::NewWide(coverage::Text(strings::kCoverage));
-    return qal::kOk;
-  });
+  return Enter(
+      delivery.get(),
+      [&] {
+        *name = platform::NewWide(coverage::Text(strings::kCoverage));
+        return qal::kOk;
+      },
+      qal::kFail);
 }
 
 qal::Status CJepCoverageCtrl::GetFont(char16_t** face, std::uint32_t* size) {
@@ -24,26 +26,30 @@ qal::Status CJepCoverageCtrl::GetFont(char16_t** face, std::uint32_t* size) {
 qal::Status CJepCoverageCtrl::SetColours(qal::WideText category, std::uint32_t foreground,
                                          std::uint32_t background) {
   CUiDebugCommandSink::SetColours(category, foreground, background);
-  return InterfaceCall([&] {
-    const std::string name = platform::Narrow(category);
-    for (CoverageWindows::StatisticsPane* window : windows->Windows()) {
-      window->ApplyColours(name, static_cast<std::int32_t>(foreground),
-                           static_cast<std::int32_t>(background));
-    }
-    if (name == kTextCategory) WriteDisplayColours(settings, textFore, textBack);
-    return qal::kOk;
-  });
+  return Enter(
+      delivery.get(),
+      [&] {
+        const std::string name = platform::Narrow(category);
+        for (auto* pane : table->Panes()) {
+          pane->ApplyColours(name, static_cast<std::int32_t>(foreground),
+                             static_cast<std::int32_t>(background));
+        }
+        if (name == kTextCategory) WriteDisplayColours(settings, textFore, textBack);
+        return qal::kOk;
+      },
+      qal::kFail);
 }
 
 qal::Status CJepCoverageCtrl::SetFont(qal::WideText face, std::uint32_t size) {
-  return InterfaceCall([&] {
-    displayFont = {std::u16string(qal::TextView(face)), static_cast<std::int32_t>(size)};
-    for (CoverageWindows::StatisticsPane* window : windows->Windows()) {
-      window->ApplyFont(platform::Narrow(face), displayFont.size);
-    }
-    WriteDisplayFont(settings, displayFont);
-    return qal::kOk;
-  });
+  return Enter(
+      delivery.get(),
+      [&] {
+        displayFont = {std::u16string(qal::TextView(face)), static_cast<std::int32_t>(size)};
+        for (auto* pane : table->Panes()) pane->ApplyFont(platform::Narrow(face), displayFont.size);
+        WriteDisplayFont(settings, displayFont);
+        return qal::kOk;
+      },
+      qal::kFail);
 }
 
 void CJepCoverageCtrl::ApplyDisplaySettings(DisplayClient& display) const {

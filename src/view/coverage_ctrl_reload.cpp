@@ -1,37 +1,47 @@
 #include "view/active_session.h"
 #include "view/coverage_ctrl.h"
 
-// What the debugger's events ask of the windows.
+// What the debugger's events ask of the windows. Who sends the events has entered already.
 
 namespace coverage {
 
 void CJepCoverageCtrl::CollectCoverage() {
-  const std::vector<CoverageInstance*> instances = windows->AllInstances();
-  if (collector.Collect(instances, model.get()) && ExecutionHalted()) windows->RefreshPanes();
+  if (records.TakeReport() && ExecutionHalted()) records.MarkLists();
 }
 
 void CJepCoverageCtrl::OnDownload() {
-  windows->DropCaches();
+  records.Instructions().Drop();
   if (ComponentActive(host)) {
-    windows->PromptSaveWindows();
-    windows->AfterProgramReload(true);
-    model->ClearAll();
+    reload->PromptSaveWindows();
+    reload->AfterProgramReload(true);
+    records.Commands().ClearAll();
   } else {
     clearPending = 1;
   }
-  Marks().Refresh();
+  marks->Refresh();
 }
 
 void CJepCoverageCtrl::OnReset() {
-  windows->DropCaches();
+  records.Instructions().Drop();
   if (clearPending != 0 && ComponentActive(host)) {
-    windows->AfterProgramReload(false);
-    model->ClearAll();
+    reload->AfterProgramReload(false);
+    records.Commands().ClearAll();
     clearPending = 0;
   } else {
-    windows->RebuildPendingFileWindows();
+    reload->RebuildPendingFileWindows();
   }
-  Marks().DropLineMarks();
+  marks->DropLineMarks();
+}
+
+void CJepCoverageCtrl::RefreshAllStatistics() {
+  records.ComputePercentages();
+  records.MarkLists();
+  records.MarkRows();
+}
+
+void CJepCoverageCtrl::OnActivityEnd() {
+  marks->DropLineMarks();
+  RefreshAllStatistics();
 }
 
 }  // namespace coverage

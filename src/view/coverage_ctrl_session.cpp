@@ -1,4 +1,3 @@
-#include "formatview/interface_call.h"
 #include "model/services.h"
 #include "platform/text.h"
 #include "view/coverage_ctrl.h"
@@ -37,7 +36,8 @@ bool SessionIsCurrent(qal::IQHost* host) {
 
 qal::Status CJepCoverageCtrl::OnSessionOpened(qal::WideText first, qal::WideText second, qal::WideText,
                                               qal::WideText fourth) {
-  return InterfaceCall(
+  return Enter(
+      delivery.get(),
       [&] {
         // The IDE expects to be asked; the answers name the session, whose data are found without a name.
         platform::WideOut sessionText;
@@ -48,21 +48,21 @@ qal::Status CJepCoverageCtrl::OnSessionOpened(qal::WideText first, qal::WideText
         }
         const OpenSession session(host);
         if (session.get() == nullptr) return qal::kOk;
-        SessionStore(host, *windows, *options, *this, *session.get()).Restore();
+        SessionStore(services, *table, *opener, saver, *session.get()).Restore();
         BringUpToDate();
-        UpdateCoverageSwitch();
         return qal::kOk;
       },
       qal::kOk);
 }
 
 qal::Status CJepCoverageCtrl::OnSessionSaving(qal::WideText, qal::WideText, qal::WideText) {
-  return InterfaceCall(
+  return Enter(
+      delivery.get(),
       [&] {
         if (workspaceService == nullptr || frameService == nullptr || !SessionIsCurrent(host))
           return qal::kOk;
         const OpenSession session(host);
-        if (session.get() != nullptr) SessionStore(host, *windows, *options, *this, *session.get()).Save();
+        if (session.get() != nullptr) SessionStore(services, *table, *opener, saver, *session.get()).Save();
         return qal::kOk;
       },
       qal::kOk);

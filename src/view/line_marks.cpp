@@ -30,11 +30,6 @@ void TakeCell(CoverageCounts& counts, std::uint32_t address, std::int32_t& mark)
   }
 }
 
-bool Holds(const CoverageCounts& counts, std::uint32_t address) {
-  return counts.registered() && counts.active() == 1 && counts.table().cellCount() != 0 &&
-         counts.start() <= address && address <= counts.end();
-}
-
 }  // namespace
 
 std::string_view MarkText(std::int32_t mark) {
@@ -54,9 +49,8 @@ std::string_view MarkText(std::int32_t mark) {
   }
 }
 
-LineMarks::LineMarks(CoveredInstances& windows, CommandModel& commands, qal::IQSource* source,
-                     qal::IQColumnService* columns)
-    : windows_(windows), commands_(commands), source_(source), columns_(columns) {}
+LineMarks::LineMarks(CoverageModel& model, qal::IQSource* source, qal::IQColumnService* columns)
+    : model_(model), source_(source), columns_(columns) {}
 
 void LineMarks::SetColumn(EditorColumn column, std::uint32_t handle) {
   handles_[static_cast<std::size_t>(column)] = handle;
@@ -89,63 +83,19 @@ std::optional<std::uint32_t> LineMarks::AddressOf(EditorColumn column, std::stri
 }
 
 std::optional<std::int32_t> LineMarks::MarkOfAddress(std::uint32_t address) {
-  std::int32_t mark = line_mark::kNotExecuted;
-  if (MarkFromInstances(address, mark) || MarkFromStore(address, mark) ||
-      MarkFromCommandWindows(address, mark)) {
-    return mark;
+  // The command line is asked only where no window covers the address.
+  for (const StoreOwner owner :
+       {StoreOwner::kInstance, StoreOwner::kCurrentRange, StoreOwner::kCommandWindow}) {
+    std::int32_t mark = line_mark::kNotExecuted;
+    bool covered = false;
+    model_.Stores().VisitHolding(owner, address, [&](CoverageCounts& store) {
+      if (store.active() != 1) return;
+      covered = true;
+      TakeCell(store, address, mark);
+    });
+    if (covered) return mark;
   }
   return std::nullopt;
-}
-
-bool LineMarks::MarkFromInstances(std::uint32_t address, std::int32_t& mark) {
-  if (!instancesKnown_) {
-    instances_.Clear();
-    for (CoverageInstance* instance : windows_.AllInstances()) {
-      instances_.Add(instance->start, instance->end, instance);
-    }
-    instances_.Build();
-    instancesKnown_ = true;
-  }
-  bool covered = false;
-  instances_.VisitHolding(address, [&](CoverageInstance* instance) {
-    if (instance->enableStatus == 0 || address < instance->start || address > instance->end) return;
-    covered = true;
-    TakeCell(*instance->counts, address, mark);
-  });
-  return covered;
-}
-
-bool LineMarks::MarkFromStore(std::uint32_t address, std::int32_t& mark) {
-  CoverageCounts& store = commands_.commandStore();
-  if (!Holds(store, address)) return false;
-  TakeCell(store, address, mark);
-  return true;
-}
-
-bool LineMarks::MarkFromCommandWindows(std::uint32_t address, std::int32_t& mark) {
-  // Command windows are only ever appended or removed all together, and no two stores have the same id.
-  const std::uint32_t count = commands_.windowCount();
-  const CommandEntry* const last = count == 0 ? nullptr : commands_.FirstEntry(count);
-  const std::uint64_t lastId = last == nullptr ? 0 : last->counts->id();
-  if (count != commandCount_ || lastId != lastCommandId_) {
-    commandRanges_.Clear();
-    for (std::uint32_t number = 1; number <= count; ++number) {
-      const CommandEntry* const entry = commands_.FirstEntry(number);
-      if (entry == nullptr || !entry->counts->registered()) continue;
-      commandRanges_.Add(entry->counts->start(), entry->counts->end(), {number, entry->counts->id()});
-    }
-    commandRanges_.Build();
-    commandCount_ = count;
-    lastCommandId_ = lastId;
-  }
-  bool covered = false;
-  commandRanges_.VisitHolding(address, [&](const CommandRange& range) {
-    const CommandEntry* const entry = commands_.FirstEntry(range.number);
-    if (entry == nullptr || entry->counts->id() != range.id || !Holds(*entry->counts, address)) return;
-    covered = true;
-    TakeCell(*entry->counts, address, mark);
-  });
-  return covered;
 }
 
 void LineMarks::Move(EditorColumn column, std::string_view file, std::uint32_t from, std::int32_t count) {
@@ -158,16 +108,8 @@ void LineMarks::RefreshFile(std::string_view file, std::uint32_t handle) {
   columns_->RefreshLines(&text, handle, kFirstLine, kToTheEnd);
 }
 
-void LineMarks::ForgetInstances() {
-  instancesKnown_ = false;
-  instances_.Clear();
-}
-
 void LineMarks::Refresh() {
-  ForgetInstances();
-  commandCount_ = 0;
-  lastCommandId_ = 0;
-  commandRanges_.Clear();
+  model_.Stale().marks = false;
   for (std::size_t which = 0; which < 2; ++which) {
     for (const std::string& file : caches_[which].TakeFiles()) {
       if (columns_ != nullptr) RefreshFile(file, handles_[which]);

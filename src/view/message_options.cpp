@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "platform/modal.h"
 #include "platform/text.h"
 #include "qal/ids.h"
 #include "util/texts.h"
@@ -27,7 +28,8 @@ constexpr qal::Flag kAskByDefault = qal::kTrue;
 
 }  // namespace
 
-MessageOptions::MessageOptions(qal::IQMessageOptions* service) : service_(service) {
+void MessageOptions::Register(qal::IQMessageOptions* service) {
+  service_ = service;
   if (service_ == nullptr) return;
   for (std::size_t i = 0; i < kTexts.size(); ++i) {
     options_[i].known = qal::Succeeded(service_->RegisterOption(&qal::id::kMessageCategory,
@@ -58,6 +60,7 @@ bool MessageOptions::Asks(MessageOption option) const {
 bool MessageOptions::Ask(MessageOption option, std::string_view text) const {
   const Registered* const found = Find(option);
   qal::Flag yes = qal::kFalse;
+  const platform::ModalScope waits;
   return found != nullptr &&
          qal::Succeeded(service_->AskOption(found->identifier, platform::Wide(text).get(), &yes)) &&
          yes != qal::kFalse;

@@ -24,19 +24,21 @@ inline constexpr std::size_t kMessageOptionCount = 5;
 /// nothing asks. UI thread only.
 class MessageOptions {
  public:
-  /// Registers every option, in order. The service is borrowed and may be null.
-  explicit MessageOptions(qal::IQMessageOptions* service);
+  MessageOptions() = default;
   MessageOptions(const MessageOptions&) = delete;
   MessageOptions& operator=(const MessageOptions&) = delete;
 
+  /// Registers every option, in order. The service is borrowed and may be null.
+  void Register(qal::IQMessageOptions* service);
   /// Withdraws every option that was registered.
   void Withdraw();
 
-  /// Whether there is anybody to ask through.
+  /// Whether the option was registered, so that it can be asked.
   bool CanAsk(MessageOption option) const { return Find(option) != nullptr; }
   /// Whether the option is set to ask; false when it cannot be read.
   bool Asks(MessageOption option) const;
-  /// Asks the text as a yes/no question under the option; false for no and when it cannot be asked.
+  /// Asks the text as a yes/no question under the option, in a dialog of the IDE; false for no and when it
+  /// cannot be asked.
   bool Ask(MessageOption option, std::string_view text) const;
 
   /// The message that goes with the option.
@@ -49,7 +51,7 @@ class MessageOptions {
   };
   const Registered* Find(MessageOption option) const;
 
-  qal::IQMessageOptions* service_;
+  qal::IQMessageOptions* service_ = nullptr;
   std::array<Registered, kMessageOptionCount> options_;
 };
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <utility>
 
 #include "dialogs/small_dialogs.h"
 #include "persist/cov_reader.h"
@@ -48,9 +49,9 @@ std::string FunctionKey(std::uint32_t window) {
 
 }  // namespace
 
-SessionStore::SessionStore(qal::IQHost* host, CoverageWindows& windows, MessageOptions& options,
-                           platform::Window& sink, qal::IQSessionData& data)
-    : host_(host), windows_(windows), options_(options), sink_(sink), data_(data) {}
+SessionStore::SessionStore(const ViewServices& services, const WindowTable& table, WindowOpener& opener,
+                           WindowSaver& saver, qal::IQSessionData& data)
+    : services_(services), table_(table), opener_(opener), saver_(saver), data_(data) {}
 
 void SessionStore::SetText(const std::string& key, const std::string& value) {
   data_.SetSessionText(platform::Wide(key).get(), platform::Wide(value).get());
@@ -73,11 +74,11 @@ std::uint32_t SessionStore::GetNumber(const std::string& key) {
 }
 
 std::string SessionStore::Collapse(const std::string& path) const {
-  return PlaceholderResolver(host_).CollapsePlaceholders(path);
+  return PlaceholderResolver(services_.host).CollapsePlaceholders(path);
 }
 
 std::string SessionStore::Expand(const std::string& path) const {
-  return PlaceholderResolver(host_).ExpandPlaceholders(path);
+  return PlaceholderResolver(services_.host).ExpandPlaceholders(path);
 }
 
 // Saving.
@@ -90,19 +91,17 @@ void SessionStore::SaveInstance(const std::string& key, const CoverageInstance& 
 }
 
 std::uint32_t SessionStore::SaveRangeWindows() {
-  std::vector<const StatisticsPane*> ranges;
-  for (const StatisticsPane* window : windows_.Windows()) {
-    if (window->Record().kind == WindowKind::kRange) ranges.push_back(window);
-  }
+  std::vector<CoverageModel::WindowPtr> ranges = services_.model.Windows();
+  std::erase_if(ranges, [](const auto& window) { return window->isFile(); });
   SetNumber(kWindows, static_cast<std::uint32_t>(ranges.size()));
   std::uint32_t unsaved = 0;
   std::size_t global = 0;
   for (std::size_t i = 0; i < ranges.size(); ++i) {
-    const auto& instances = ranges[i]->Record().instances;
+    const auto& instances = ranges[i]->instances;
     SetNumber(kWindows + std::to_string(i), static_cast<std::uint32_t>(instances.size()));
     for (const auto& [number, instance] : instances) {
       SaveInstance(kInstance + std::to_string(global), *instance);
-      SetText(kViewKey + std::to_string(global), windows_.ViewKeyOf(*ranges[i]));
+      SetText(kViewKey + std::to_string(global), ranges[i]->viewKey);
       unsaved += instance->modified == 1;
       ++global;
     }
@@ -111,18 +110,16 @@ std::uint32_t SessionStore::SaveRangeWindows() {
 }
 
 std::uint32_t SessionStore::SaveFileWindows() {
-  std::vector<const StatisticsPane*> files;
-  for (const StatisticsPane* window : windows_.Windows()) {
-    if (window->Record().kind == WindowKind::kFile) files.push_back(window);
-  }
+  std::vector<CoverageModel::WindowPtr> files = services_.model.Windows();
+  std::erase_if(files, [](const auto& window) { return !window->isFile(); });
   SetNumber(kFileWindows, static_cast<std::uint32_t>(files.size()));
   std::uint32_t unsaved = 0;
   for (std::size_t i = 0; i < files.size(); ++i) {
     const std::string key = kFileWindow + std::to_string(i);
-    const auto& instances = files[i]->Record().instances;
+    const auto& instances = files[i]->instances;
     SetNumber(key, static_cast<std::uint32_t>(instances.size()));
-    SetText(key + kSourceFile, Collapse(files[i]->Record().sourceFile));
-    SetText(key + kViewKey + std::to_string(i), windows_.ViewKeyOf(*files[i]));
+    SetText(key + kSourceFile, Collapse(files[i]->sourceFile));
+    SetText(key + kViewKey + std::to_string(i), files[i]->viewKey);
     const std::string functionKey = FunctionKey(i);
     for (const auto& [number, instance] : instances) {
       SaveInstance(functionKey + std::to_string(number - 1), *instance);
@@ -133,27 +130,27 @@ std::uint32_t SessionStore::SaveFileWindows() {
 }
 
 void SessionStore::OfferToSave() {
-  if (!options_.Asks(MessageOption::kSaveAtSessionSaving)) return;
-  const std::vector<StatisticsPane*> offered = windows_.Windows();
-  for (StatisticsPane* window : offered) {
+  if (!services_.options.Asks(MessageOption::kSaveAtSessionSaving)) return;
+  const auto offered = services_.model.Windows();
+  for (const auto& window : offered) {
     // While a question is open the IDE may close windows.
-    if (!windows_.IsOpen(window)) continue;
-    const auto& instances = window->Record().instances;
+    if (!window->open) continue;
+    const auto& instances = window->instances;
     const auto enabled = [](const auto& each) { return each.second->enableStatus == 1; };
-    const bool isFile = window->Record().kind == WindowKind::kFile;
-    const auto last = isFile || instances.empty() ? instances.end() : std::next(instances.begin());
+    const auto last = window->isFile() || instances.empty() ? instances.end() : std::next(instances.begin());
     if (std::none_of(instances.begin(), last, enabled)) continue;
     using Choice = SavePromptDialog::Choice;
-    const Choice choice = SavePromptDialog(host_, windows_.SaveQuestion(*window), true).Ask(&sink_);
+    const Choice choice =
+        SavePromptDialog(services_.host, saver_.SaveQuestion(*window), true).Ask(&services_.sink);
     if (choice == Choice::kNoToAll) return;
-    if (choice == Choice::kNo || !windows_.IsOpen(window)) continue;
-    windows_.SaveRangeWindows(*window, choice == Choice::kYes);
+    if (choice == Choice::kNo || !window->open) continue;
+    saver_.SaveRangeWindows(*window, choice == Choice::kYes);
     if (choice == Choice::kYesToAll) return;
   }
 }
 
 void SessionStore::Save() {
-  const CoverageWindows::Remembered& memory = windows_.Memory();
+  const DialogHistory& memory = services_.history;
   SetText(kLastStart, memory.lastTexts.start);
   SetText(kLastEnd, memory.lastTexts.end);
   SetText(kCoveragePath, Collapse(memory.coveragePath));
@@ -162,7 +159,7 @@ void SessionStore::Save() {
   const std::uint32_t functions = SaveFileWindows();
   if (ranges + functions > 0) OfferToSave();
 
-  const auto& files = windows_.Memory().recentCoverageFiles;
+  const auto& files = memory.recentCoverageFiles;
   const std::size_t count = std::min(files.size(), kMostFiles);
   SetNumber(kFileCount, static_cast<std::uint32_t>(count));
   for (std::size_t i = 0; i < count; ++i) {
@@ -177,13 +174,15 @@ SavedRange SessionStore::GetInstance(const std::string& key) {
   saved.enableStatus = GetNumber(key + kEnable);
   saved.start = GetNumber(key + kStart);
   saved.end = GetNumber(key + kEnd);
-  if (saved.end != 0 && saved.end % 2 == 0) --saved.end;
+  if (saved.start > saved.end) std::swap(saved.start, saved.end);
+  // A range ends on the last byte of a step; a single address stays as it is.
+  if (saved.end != saved.start && saved.end != 0 && saved.end % 2 == 0) --saved.end;
   return saved;
 }
 
 void SessionStore::RestoreRangeWindows() {
   const std::uint32_t count = GetNumber(kWindows);
-  const std::size_t panes = windows_.PaneCount();
+  const std::size_t panes = table_.PaneCount();
   std::vector<SavedRange> ranges;
   CellBudget budget;
   std::uint32_t global = 0;
@@ -191,13 +190,13 @@ void SessionStore::RestoreRangeWindows() {
     const std::uint32_t instances = std::max(GetNumber(kWindows + std::to_string(i)), 1u);
     for (std::uint32_t k = 0; k < instances && global < kMostRanges; ++k, ++global) {
       const SavedRange saved = GetInstance(kInstance + std::to_string(global));
-      if (saved.start > saved.end || !budget.Take(saved.start, saved.end)) continue;
+      if (!budget.Take(saved.start, saved.end)) continue;
       // From 0 to 0 is no range: the next one takes its place.
       if (!ranges.empty() && ranges.back().start == 0 && ranges.back().end == 0) ranges.pop_back();
       ranges.push_back(saved);
     }
   }
-  windows_.RestoreRanges(ranges, panes < count ? GetText(kViewKey + std::to_string(panes)) : std::string{});
+  opener_.RestoreRanges(ranges, panes < count ? GetText(kViewKey + std::to_string(panes)) : std::string{});
 }
 
 void SessionStore::RestoreFileWindow(std::uint32_t index) {
@@ -209,26 +208,24 @@ void SessionStore::RestoreFileWindow(std::uint32_t index) {
   for (std::uint32_t k = 0; k < count; ++k) {
     const std::string function = FunctionKey(index) + std::to_string(k);
     const std::string name = GetText(function + kFunctionName);
-    if (name.empty()) break;
+    if (name.empty()) continue;
     functions.emplace(name, GetInstance(function));
   }
   if (typed.empty()) return;
-  StatisticsPane* const window = windows_.NewFileWindow(Expand(typed), typed, viewKey);
+  CoverageWindow* const window = opener_.NewFileWindow(Expand(typed), typed, viewKey);
   if (window == nullptr) return;
   // By name, since the program may have changed; functions of one name by their place.
-  for (const auto& [number, instance] : window->Record().instances) {
-    const auto [first, behind] = functions.equal_range(instance->functionName);
-    if (first == behind || instance->rangeSet == 0) continue;
+  for (const auto& [number, instance] : window->instances) {
+    const auto [first, end] = functions.equal_range(instance->functionName);
+    if (first == end) continue;
     const auto same = std::find_if(
-        first, behind, [start = instance->start](const auto& each) { return each.second.start == start; });
-    const SavedRange& saved = (same == behind ? first : same)->second;
-    instance->SetEnabled(saved.enableStatus != 0 ? 1 : 0);
+        first, end, [start = instance->start](const auto& each) { return each.second.start == start; });
+    services_.model.Enable(*instance, (same == end ? first : same)->second.enableStatus != 0);
   }
-  window->RefreshFromDebugger();
 }
 
 void SessionStore::Restore() {
-  CoverageWindows::Remembered& memory = windows_.Memory();
+  DialogHistory& memory = services_.history;
   memory.lastTexts.start = GetText(kLastStart);
   memory.lastTexts.end = GetText(kLastEnd);
   memory.coveragePath = Expand(GetText(kCoveragePath));

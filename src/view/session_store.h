@@ -3,9 +3,10 @@
 #include <cstdint>
 #include <string>
 
-#include "formatview/command_sink.h"
 #include "qal/project_services.h"
-#include "view/coverage_windows.h"
+#include "view/view_services.h"
+#include "view/window_opener.h"
+#include "view/window_saver.h"
 
 namespace coverage {
 
@@ -15,15 +16,13 @@ namespace coverage {
 class SessionStore {
  public:
   /// Everything borrowed; `data` is open.
-  SessionStore(qal::IQHost* host, CoverageWindows& windows, MessageOptions& options, platform::Window& sink,
-               qal::IQSessionData& data);
+  SessionStore(const ViewServices& services, const WindowTable& table, WindowOpener& opener,
+               WindowSaver& saver, qal::IQSessionData& data);
 
   void Save();
   void Restore();
 
  private:
-  using StatisticsPane = CoverageWindows::StatisticsPane;
-
   void SetText(const std::string& key, const std::string& value);
   void SetNumber(const std::string& key, std::uint32_t value);
   std::string GetText(const std::string& key);
@@ -39,10 +38,10 @@ class SessionStore {
   std::string Collapse(const std::string& path) const;
   std::string Expand(const std::string& path) const;
 
-  qal::IQHost* host_;
-  CoverageWindows& windows_;
-  MessageOptions& options_;
-  platform::Window& sink_;
+  const ViewServices& services_;
+  const WindowTable& table_;
+  WindowOpener& opener_;
+  WindowSaver& saver_;
   qal::IQSessionData& data_;
 };
 

@@ -6,6 +6,7 @@
 
 #include "commands/command_host.h"
 #include "commands/coverage_command.h"
+#include "commands/message_reporter.h"
 #include "doubles/command.h"
 #include "doubles/host.h"
 #include "doubles/ide_services.h"
@@ -13,6 +14,7 @@
 #include "doubles/project_services.h"
 #include "doubles/scratch_disk.h"
 #include "doubles/target.h"
+#include "model/coverage_model.h"
 
 namespace coverage {
 
@@ -40,11 +42,12 @@ class CommandWorld : public CommandHost {
   }
 
   qal::IQHost* Host() override { return &host; }
-  CommandModel& Model() override { return model; }
+  CommandModel& Model() override { return coverage.Commands(); }
   ProjectKeys& Keys() override { return keys; }
   void RefreshViews() override { calls += "refresh "; }
   void BringUpToDate() override { calls += "update "; }
-  void UpdateCoverageSwitch() override { calls += "switch "; }
+  Reporter& Messages() override { return reporter; }
+  EntryListener* Entries() override { return nullptr; }
 
   /// Executes a line by its command's short or full name: the result and, behind " !", a failure; then the
   /// lines written and the boxes shown.
@@ -80,7 +83,9 @@ class CommandWorld : public CommandHost {
   doubles::StubErrorText errors;
   doubles::StubCommandRegistry registry{log};
   RefusesRanges refuses;
-  CommandModel model{&host};
+  CoverageModel coverage{&host};
+  CommandModel& model = coverage.Commands();
+  MessageReporter reporter{&host};
   ProjectKeys keys;
   std::string calls;
   std::uint16_t statusWord = 1;

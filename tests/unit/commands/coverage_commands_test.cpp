@@ -110,7 +110,7 @@ TEST_F(CoverageCommandsTest, AddressesWithoutTextsAreDigits) {
     world.host.Offer(failing);
     if (missing) world.host.Withdraw(qal::iid::kAddressText);
     RunAll({{"cvr 0xabc0 0xabcf", ""}, {"cvr", "Coverage Range :0000abc0 - 0000abcf !"}});
-    world.model.AddWindow(0x1000, 0x1003, "");
+    world.model.AddWindow(0x1000, 0x1003, "", world.reporter);
     RunAll({{"cvr", "\n\t1\t00001000-00001003 : 00001000 - 00001003"},
             {"cv", "\n\t00001000-00001003 : Enabled"}});
     doubles::StubCommandOutput output;
@@ -150,7 +150,8 @@ TEST_F(CoverageCommandsTest, ResetClearsWhatItNames) {
   EXPECT_EQ(times(1), 0u);
   world.calls.clear();
   world.Run("cv disable");
-  EXPECT_EQ(world.calls, "switch update ");
+  EXPECT_EQ(world.calls, "update ");
+  EXPECT_TRUE(world.coverage.Stale().wanted);
 }
 
 TEST_F(CoverageCommandsTest, SaveNamesAndPlacesItsFile) {
@@ -197,7 +198,7 @@ TEST_F(CoverageCommandsTest, ARangeThatTheFileMayNotHoldIsNotSet) {
       "space/demo/old.cov",
       "Configuration name= Debug\r\nProject name= demo\r\n[Coverage Window 1]\r\nStart Address= 0\r\n"
       "End Address= ffffffff\r\nEnable_status= 1\r\n");
-  EXPECT_EQ(world.Run("cvl old"), "Coverage range cannot be set. !");
+  EXPECT_EQ(world.Run("cvl old"), "The range is too large. !");
 }
 
 }  // namespace

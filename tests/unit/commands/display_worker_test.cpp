@@ -5,7 +5,6 @@
 #include <thread>
 
 #include "command_world.h"
-#include "model/report_collector.h"
 
 namespace coverage {
 namespace {
@@ -34,8 +33,8 @@ TEST_F(DisplayTest, ListsTheCurrentRange) {
 
 TEST_F(DisplayTest, ListsWindowsUnderTheirNames) {
   world.target.information.alignment = 4;
-  world.model.AddWindow(0x1002, 0x1003, "");
-  world.model.AddWindow(0x1004, 0x1005, "step");
+  world.model.AddWindow(0x1002, 0x1003, "", world.reporter);
+  world.model.AddWindow(0x1004, 0x1005, "step", world.reporter);
   EXPECT_EQ(Display(),
             "\trange 1: 0x00001002-0x00001003\n"
             "       0   -\t0x00001000\t1017      op2\t\n"
@@ -114,17 +113,16 @@ TEST_F(DisplayTest, DestroyingTheCommandEndsItsListings) {
 TEST_F(DisplayTest, CommandsAndReportsGoOnBesideListings) {
   world.target.path.pairs = {{0x1006, 0x1000}};
   world.target.traceStart.address = 0x1000;
-  ReportCollector collector(&world.host);
   for (int round = 0; round < 20; ++round) {
     doubles::StubCommandOutput outputs[3];
     for (auto& output : outputs) {
       world.Run(round % 2 == 0 ? "cvr 0x1000 0x100f" : "cvr $(PD)\\main");
       world.Run("cvd", &output);
-      collector.Collect({}, &world.model);
+      world.coverage.TakeReport();
       world.Run("cv reset");
       world.Run("cv disable");
       world.Run("cv enable");
-      collector.Collect({}, &world.model);
+      world.coverage.TakeReport();
       world.Run("cvr 0x2000 0x2007");
     }
     if (round % 5 == 0) world.Named("cvd")->CancelCommand();

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "component/coverage_data_ctrl.h"
+#include "unit/view/open_windows.h"
 #include "unit/view/view_world.h"
 
 namespace coverage {
@@ -53,7 +54,7 @@ TEST_F(Component, RefusesToBeginWithoutItsResources) {
 
 TEST_F(Component, EachMarkHasItsImage) {
   Begin();
-  auto* window = component.ViewControl()->Windows().NewRangeWindow(0x1000, 0x10FF);
+  auto* window = OpenWindows(*component.ViewControl()).NewRangeWindow(0x1000, 0x10FF);
   window->Record().instances[1]->counts->AddOne(0x1000, 1, 3);
   window->Record().instances[1]->counts->AddOne(0x1002, 1, 1);
   const platform::Wide main(ViewWorld::kSource);
@@ -79,7 +80,7 @@ TEST_F(Component, EachMarkHasItsImage) {
 
 TEST_F(Component, EventsReachTheViews) {
   Begin();
-  auto* window = component.ViewControl()->Windows().NewRangeWindow(0x1000, 0x10FF);
+  auto* window = OpenWindows(*component.ViewControl()).NewRangeWindow(0x1000, 0x10FF);
   CoverageInstance& instance = *window->Record().instances[1];
   world.Ran(0x1000, {{0x107E, 0x1000}});
   component.OnDebugEvent(&qal::event::kCoverage);
@@ -109,7 +110,7 @@ TEST_F(Component, BeginsAgainOnAnotherHost) {
   EXPECT_EQ(world.log.Take(), "host.Unadvise(test)\n");
   EXPECT_EQ(world.host.RegistrationCount(), 0u);
 
-  auto* window = moved.ViewControl()->Windows().NewRangeWindow(0x1000, 0x10FF);
+  auto* window = OpenWindows(*moved.ViewControl()).NewRangeWindow(0x1000, 0x10FF);
   second.Ran(0x1000, {{0x107E, 0x1000}});
   moved.OnDebugEvent(&qal::event::kCoverage);
   moved.OnDebugEvent(&qal::event::kRedraw);

@@ -149,7 +149,7 @@ void Interrupt(const Act& interruption, bool onlyOfTests = false) {
     person.OpenFile();
     person.Choose(person.Data(WindowKind::kRange), pane_command::kSaveData,
                   "type 9035 C:\\space\\demo\\out;click 9037");
-    for (auto* instance : person.View()->Windows().AllInstances()) {
+    for (const auto& instance : OpenWindows(*person.View()).Instances()) {
       instance->counts->AddOne(instance->start, 3, 1);
       instance->modified = 1;
       instance->saved = 0;
@@ -181,8 +181,8 @@ void Interrupt(const Act& interruption, bool onlyOfTests = false) {
 
 TEST(Reentry, WindowsAreClosedWhileSomethingIsOpen) {
   Interrupt([](Visitor& p) {
-    while (p.View() != nullptr && !p.View()->Windows().Windows().empty()) {
-      p.View()->CloseChild(p.View()->Windows().Windows().front()->Frame(), 0);
+    while (p.View() != nullptr && !p.View()->Windows().Panes().empty()) {
+      p.View()->CloseChild(p.View()->Windows().Panes().front()->Frame(), 0);
     }
   });
 }

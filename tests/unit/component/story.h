@@ -9,6 +9,7 @@
 #include "doubles/script.h"
 #include "panes/pane_commands.h"
 #include "platform/queue.h"
+#include "unit/view/open_windows.h"
 #include "unit/view/view_world.h"
 
 namespace coverage {
@@ -51,14 +52,14 @@ class Person {
   CJepCoverageCtrl* View() { return component ? component->ViewControl() : nullptr; }
 
   /// The first window of the kind, or null; its first data pane.
-  CoverageWindows::StatisticsPane* Window(WindowKind kind) {
+  OpenWindows::StatisticsPane* Window(WindowKind kind) {
     if (View() == nullptr) return nullptr;
-    for (auto* window : View()->Windows().Windows()) {
+    for (auto* window : View()->Windows().Panes()) {
       if (window->Record().kind == kind) return window;
     }
     return nullptr;
   }
-  CoverageWindows::DataPane* Data(WindowKind kind) {
+  OpenWindows::DataPane* Data(WindowKind kind) {
     auto* window = Window(kind);
     return window != nullptr ? window->Pane(1) : nullptr;
   }
@@ -71,7 +72,7 @@ class Person {
   void OpenFile() {
     Open(std::string("click 9040;click 9042;menu cancel;type 9041 ") + ViewWorld::kSource + ";click 9029");
   }
-  void OnList(CoverageWindows::StatisticsPane* window, const char* line) {
+  void OnList(OpenWindows::StatisticsPane* window, const char* line) {
     if (window == nullptr) return;
     Do("", [&] {
       if (const auto slip = platform::ActOnList(window->List(), line)) slips += *slip + '\n';

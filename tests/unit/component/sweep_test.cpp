@@ -81,7 +81,7 @@ void Session(Person& person) {
   if (client == nullptr) return;
   const platform::Wide text("a");
   client->OnSessionSaving(text.get(), text.get(), text.get());
-  if (person.View() != nullptr) person.View()->Windows().CloseAll();
+  if (person.View() != nullptr) OpenWindows(*person.View()).CloseAll();
   client->OnSessionOpened(text.get(), text.get(), text.get(), text.get());
   platform::PumpPosted();
 }

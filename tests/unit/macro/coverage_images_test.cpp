@@ -11,6 +11,7 @@
 #include "doubles/target.h"
 #include "macro/coverage_test_client.h"
 #include "macro/image_escapes.h"
+#include "unit/loose_records.h"
 
 namespace coverage {
 namespace {
@@ -38,14 +39,14 @@ class ImagesTest : public testing::Test, protected ImageWindows {
     return *windows.back();
   }
   CoverageInstance& Add(CoverageWindow& window, std::uint32_t start, std::uint32_t end, std::string name) {
-    instances.push_back(std::make_unique<CoverageInstance>(&host, start, end, std::move(name), 1));
-    instances.back()->counts->SetRange(start, end);
-    window.instances[static_cast<std::uint32_t>(window.instances.size() + 1)] = instances.back().get();
+    instances.push_back(std::make_shared<LooseInstance>(&host, start, end, std::move(name), 1));
+    instances.back()->Register(start, end);
+    window.instances[static_cast<std::uint32_t>(window.instances.size() + 1)] = instances.back();
     return *instances.back();
   }
-  void Number(CoverageWindow& window, const std::vector<CoverageInstance*>& parts) {
+  void Number(CoverageWindow& window, const std::vector<std::shared_ptr<CoverageInstance>>& parts) {
     window.instances.clear();
-    for (CoverageInstance* part : parts)
+    for (const auto& part : parts)
       window.instances[static_cast<std::uint32_t>(window.instances.size() + 1)] = part;
   }
   void Execute(std::uint32_t address, std::uint64_t count, std::uint32_t pass = 0) {
@@ -72,7 +73,7 @@ class ImagesTest : public testing::Test, protected ImageWindows {
   doubles::TargetDouble target;
   DisassemblyCache cache;
   std::vector<std::unique_ptr<CoverageWindow>> windows;
-  std::vector<std::unique_ptr<CoverageInstance>> instances;
+  std::vector<std::shared_ptr<LooseInstance>> instances;
   CoverageWindow* range;
   CoverageWindow* file;
   const std::vector<std::string> both = {"rng+0x1000 - 0x1007", std::string("src+") + kSource};
@@ -120,8 +121,8 @@ TEST_F(ImagesTest, AnyImagePassesUntilACellChanges) {
     for (std::string& token : all) token[3] = '+';
     const auto sort = [&] {
       for (auto& window : windows) {
-        std::vector<CoverageInstance*> parts;
-        for (const auto& [number, part] : window->instances) parts.push_back(&*part);
+        std::vector<std::shared_ptr<CoverageInstance>> parts;
+        for (const auto& [number, part] : window->instances) parts.push_back(part);
         std::shuffle(parts.begin(), parts.end(), random);
         Number(*window, parts);
       }
@@ -236,12 +237,14 @@ TEST_F(ImagesTest, NamesAndPathsAreReadAsTheyWereWritten) {
 
 TEST_F(ImagesTest, OfEqualNamesTheRefusedOneStaysRefused) {
   file->instances.clear();
-  Add(*file, 0x2000, 0x2003, "f").counts = std::make_unique<CoverageCounts>(&host);
-  CoverageInstance& counted = Add(*file, 0x2004, 0x2007, "f");
-  Number(*file, {&counted, instances[instances.size() - 2].get()});
+  Add(*file, 0x2000, 0x2003, "f").counts = std::make_unique<LooseCounts>(&host);
+  Add(*file, 0x2004, 0x2007, "f");
+  const auto refused = file->Instance(1);
+  const auto counted = file->Instance(2);
+  Number(*file, {counted, refused});
   const std::string image = Image({both[1]}, 3);
   EXPECT_EQ(Told(Images().VerifyImage(image)), "0||") << image;
-  Number(*file, {instances[instances.size() - 2].get(), &counted});
+  Number(*file, {refused, counted});
   EXPECT_EQ(Told(Images().VerifyImage(image)), "0||");
   EXPECT_EQ(Told(CompareImages(image, Image({both[1]}, 3))), "0||");
 }

@@ -9,6 +9,7 @@
 
 #include "doubles/host.h"
 #include "doubles/project_services.h"
+#include "unit/loose_records.h"
 
 namespace coverage {
 namespace {
@@ -19,7 +20,7 @@ constexpr char kKept[] = "1.010(rng+0x1000 - 0x1007)";
 struct ClientTest : testing::Test, ImageWindows, ImageSelectionEditor {
   ClientTest() {
     host.Offer(project);
-    window.instances[1] = &instance;
+    window.instances[1] = instance;
   }
   std::vector<const CoverageWindow*> OpenWindows() override { return {&window}; }
   DisassemblyCache& Instructions() override { return cache; }
@@ -34,7 +35,7 @@ struct ClientTest : testing::Test, ImageWindows, ImageSelectionEditor {
   doubles::HostDouble host;
   doubles::StubProject project;
   DisassemblyCache cache;
-  CoverageInstance instance{&host, 0x1000, 0x1007, "", 1};
+  std::shared_ptr<LooseInstance> instance = std::make_shared<LooseInstance>(&host, 0x1000, 0x1007, "", 1);
   CoverageWindow window;
   std::function<bool(ImageSelection&, std::uint32_t&)> edit;
   std::unique_ptr<CoverageTestClient> client =

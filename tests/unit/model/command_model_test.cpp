@@ -5,10 +5,11 @@
 #include <atomic>
 #include <thread>
 
+#include "commands/message_reporter.h"
 #include "doubles/ide_services.h"
 #include "doubles/message_boxes.h"
 #include "doubles/target.h"
-#include "model/report_collector.h"
+#include "model/coverage_model.h"
 
 namespace coverage {
 namespace {
@@ -38,16 +39,18 @@ struct CommandModelTest : testing::Test {
   doubles::TargetDouble target{log};
   doubles::StubErrorText errors;
   doubles::RecordingBoxes boxes;
+  MessageReporter reporter{&host};
 };
 
 TEST_F(CommandModelTest, OpensTheFunctionsOfAFile) {
-  CommandModel model(&host);
-  model.AddWindow(0x10, 0x1F, "");
-  model.SetStoreRange(0x1000, 0x10FF);
+  CoverageModel coverage(&host);
+  CommandModel& model = coverage.Commands();
+  model.AddWindow(0x10, 0x1F, "", reporter);
+  model.SetStoreRange(0x1000, 0x10FF, reporter);
   model.commandStore().AddOne(0x1000, 3, 0);
   log.Clear();
   log.FailCall(2, "path.AddRange");
-  EXPECT_TRUE(model.OpenFile(kFile, false));
+  EXPECT_TRUE(model.OpenFile(kFile, reporter));
   EXPECT_EQ(Windows(model), "1 main 1000-10ff 1; 2 idle 0-0 1; 3 Main 1200-12ff 1; ")
       << "a refused range still has its window";
   EXPECT_EQ(log.Text("path."),
@@ -60,39 +63,39 @@ TEST_F(CommandModelTest, OpensTheFunctionsOfAFile) {
   EXPECT_EQ(model.WindowOfFunction("MAIN"), 0u);
   EXPECT_EQ(model.WindowOf(0x1200, 0x12FF, "Main"), 3u);
   EXPECT_EQ(model.WindowOf(0x1200, 0x12FF, "main"), 0u);
-  EXPECT_EQ(model.AddFunctionWindows(kFile, "MAIN", false), 2u);
-  EXPECT_EQ(model.windowCount(), 5u);
   log.Clear();
   model.RemoveAllWindows();
-  EXPECT_EQ(log.Count("path.RemoveRange"), 4);
+  EXPECT_EQ(log.Count("path.RemoveRange"), 2);
   EXPECT_EQ(model.windowCount(), 0u);
   EXPECT_EQ(model.filePath(), "");
 }
 
 TEST_F(CommandModelTest, AFileThatCannotBeOpened) {
-  CommandModel model(&host);
-  EXPECT_FALSE(model.OpenFile("C:\\other.c", false)) << "no functions";
+  CoverageModel coverage(&host);
+  CommandModel& model = coverage.Commands();
+  EXPECT_FALSE(model.OpenFile("C:\\other.c", reporter)) << "no functions";
   boxes.Take();
   log.FailCall(1, "symbols.");
-  EXPECT_FALSE(model.OpenFile(kFile, false));
+  EXPECT_FALSE(model.OpenFile(kFile, reporter));
   EXPECT_EQ(boxes.Take(), "exclamation ok: error 0x80004005\n");
   target.source.symbols = nullptr;
-  EXPECT_FALSE(model.OpenFile(kFile, false));
+  EXPECT_FALSE(model.OpenFile(kFile, reporter));
   host.Withdraw(qal::iid::kSource);
-  EXPECT_FALSE(model.OpenFile(kFile, false));
+  EXPECT_FALSE(model.OpenFile(kFile, reporter));
   EXPECT_EQ(boxes.Take(),
             "information ok: Program is not downloaded!\ninformation ok: Program is not downloaded!\n");
-  EXPECT_FALSE(model.OpenFile(kFile, true));
-  EXPECT_EQ(model.AddFunctionWindows(kFile, "main", true), 0u);
+  SilentReporter silent;
+  EXPECT_FALSE(model.OpenFile(kFile, silent));
   EXPECT_EQ(boxes.Take(), "");
   EXPECT_EQ(model.commandStore().active(), 1u);
 }
 
 TEST_F(CommandModelTest, EnablesAndClears) {
-  CommandModel model(&host);
-  model.SetStoreRange(0x10, 0x1F);
-  CoverageCounts* first = model.AddWindow(0x20, 0x2F, "f").counts;
-  CoverageCounts* second = model.AddWindow(0x30, 0x3F, "g").counts;
+  CoverageModel coverage(&host);
+  CommandModel& model = coverage.Commands();
+  model.SetStoreRange(0x10, 0x1F, reporter);
+  CoverageCounts* first = model.AddWindow(0x20, 0x2F, "f", reporter).counts;
+  CoverageCounts* second = model.AddWindow(0x30, 0x3F, "g", reporter).counts;
   const auto fill = [&] {
     for (CoverageCounts* counts : model.Stores()) counts->AddOne(counts->start(), 1, 1);
   };
@@ -122,21 +125,21 @@ TEST_F(CommandModelTest, EnablesAndClears) {
 }
 
 TEST_F(CommandModelTest, AReaderSeesWhatWasReportedBeforeItCame) {
-  CommandModel model(&host);
-  ReportCollector collector(&host);
-  model.SetStoreRange(0x10, 0x1F);
+  CoverageModel coverage(&host);
+  CommandModel& model = coverage.Commands();
+  model.SetStoreRange(0x10, 0x1F, reporter);
   target.path.pairs = {{0x14, 0x20}};
-  collector.Collect({}, &model);
+  coverage.TakeReport();
   const CommandModel::Reader reader(model);
   const auto store = model.DescribeStore();
   CoverageCell cell;
   EXPECT_EQ(model.ReadCell(store.id, 0x14, cell), CommandModel::CellRead::kCell);
   EXPECT_EQ(cell, (CoverageCell{1, 1}));
-  collector.Collect({}, &model);
+  coverage.TakeReport();
   EXPECT_EQ(model.ReadCell(store.id, 0x12, cell), CommandModel::CellRead::kCell);
   EXPECT_EQ(cell, (CoverageCell{2, 0}));
   EXPECT_EQ(model.ReadCell(store.id, 0x20, cell), CommandModel::CellRead::kNoCell);
-  const auto id = model.AddWindow(0x40, 0x4F, "f").counts->id();
+  const auto id = model.AddWindow(0x40, 0x4F, "f", reporter).counts->id();
   EXPECT_EQ(model.DescribeWindow(1)->functionName, "f");
   EXPECT_FALSE(model.DescribeWindow(2));
   model.RemoveAllWindows();
@@ -146,11 +149,12 @@ TEST_F(CommandModelTest, AReaderSeesWhatWasReportedBeforeItCame) {
 // One thread reads rows while the UI thread replaces windows, clears and takes reports. The counters of a row
 // that is read are those of one moment: the report adds to all cells of a store at once.
 TEST_F(CommandModelTest, AReaderRunsBesideEveryChange) {
-  CommandModel model(&host);
-  ReportCollector collector(&host);
-  CoverageInstance instance(&host, 0x1000, 0x12FF, "", 1);
-  instance.counts->SetRange(0x1000, 0x12FF);
-  model.SetStoreRange(0x1000, 0x10FF);
+  CoverageModel coverage(&host);
+  CommandModel& model = coverage.Commands();
+  const auto shown = coverage.NewInstance(0x1000, 0x12FF, "", 1);
+  CoverageInstance& instance = *shown;
+  coverage.Register(instance, reporter);
+  model.SetStoreRange(0x1000, 0x10FF, reporter);
   target.traceStart.address = 0x1000;
   target.path.pairs = {{0x12FE, 0x1000}, {0x12FE, 0x1000}};
   std::atomic<bool> stop{false};
@@ -174,12 +178,12 @@ TEST_F(CommandModelTest, AReaderRunsBesideEveryChange) {
     }
   });
   for (int i = 0; i < 150 || rows < 200; ++i) {
-    collector.Collect(std::array{&instance}, &model);
+    coverage.TakeReport();
     instance.ComputePercentage(true, *std::make_unique<DisassemblyCache>());
     EXPECT_GT(instance.counts->Lookup(0x1000)->times, 0u);
-    if (i % 3 == 0) model.OpenFile(kFile, false);
+    if (i % 3 == 0) model.OpenFile(kFile, reporter);
     if (i % 3 == 1) model.RemoveAllWindows();
-    model.SetStoreRange(0x1000, i % 2 == 0 ? 0x10FF : 0x11FF);
+    model.SetStoreRange(0x1000, i % 2 == 0 ? 0x10FF : 0x11FF, reporter);
     model.SetStoreEnabled(true);
     if (i % 5 == 0) model.ClearAll();
     model.SetAllWindowsEnabled(i % 2 == 0);

@@ -1,16 +1,14 @@
 #include <gtest/gtest.h>
 
 #include <random>
+#include <utility>
 
 #include "doubles/ide_services.h"
 #include "doubles/message_boxes.h"
 #include "doubles/target.h"
 #include "literal_records.h"
-#include "model/command_model.h"
-#include "model/coverage_counts.h"
-#include "model/coverage_switch.h"
-#include "model/coverage_window.h"
-#include "model/report_collector.h"
+#include "model/coverage_model.h"
+#include "unit/loose_records.h"
 
 namespace coverage {
 namespace {
@@ -41,7 +39,7 @@ std::string Range(const CoverageCounts& counts) {
 }
 
 TEST_F(CountsTest, RegistersARange) {
-  CoverageCounts counts(&host);
+  LooseCounts counts(&host);
   EXPECT_EQ(counts.SetRange(0x2000, 0x1000), 1u);
   EXPECT_EQ(Range(counts), "1000-2000, 2049 cells, active 1");
   counts.AddOne(0x1000, 5, 1);
@@ -59,7 +57,7 @@ TEST_F(CountsTest, RegistersARange) {
 }
 
 TEST_F(CountsTest, ARefusedRangeLeavesTheOldOne) {
-  CoverageCounts counts(&host);
+  LooseCounts counts(&host);
   log.FailCall(1);
   EXPECT_EQ(counts.SetRange(0x1000, 0x1FFF), 0u);
   EXPECT_EQ(Range(counts), "0-0, 0 cells, active 1");
@@ -75,14 +73,14 @@ TEST_F(CountsTest, ARefusedRangeLeavesTheOldOne) {
 }
 
 TEST_F(CountsTest, NothingHappensWithoutAServiceOrForARangeBeyondMemory) {
-  CoverageCounts counts(&host);
+  LooseCounts counts(&host);
   counts.SetRange(0x1000, 0x1FFF);
   EXPECT_EQ(counts.SetRange(0, 0xFFFFFFFF), 0u);
   host.Withdraw(doubles::StubPathCoverage::kService);
   EXPECT_EQ(counts.SetRange(0x2000, 0x2FFF), 0u);
   EXPECT_EQ(Range(counts), "1000-1fff, 2048 cells, active 1");
   EXPECT_EQ(boxes.Take(), "");
-  EXPECT_EQ(CoverageCounts(nullptr).SetRange(0x2000, 0x2FFF), 0u);
+  EXPECT_EQ(LooseCounts(nullptr).SetRange(0x2000, 0x2FFF), 0u);
 }
 
 TEST_F(CountsTest, PassTexts) {
@@ -103,15 +101,16 @@ TEST_F(CountsTest, PassTexts) {
 
 struct CollectionTest : CountsTest {
   CollectionTest() {
+    model.Open(window);
     for (std::uint32_t i = 0; i < 3; ++i) {
-      instances.push_back(std::make_unique<CoverageInstance>(&host, 0x10 * i, 0x10 * i + 0xF, "", i == 0));
-      instances.back()->counts->SetRange(0x10 * i, 0x10 * i + 0xF);
-      instances.back()->modified = 0;
-      instances.back()->saved = 1;
-      all.push_back(instances.back().get());
+      model.Add(*window, model.NewInstance(0x10 * i, 0x10 * i + 0xF, "", i == 0));
+      all.push_back(window->Instance(i + 1).get());
+      model.Register(*all[i], reporter);
+      all[i]->modified = 0;
+      all[i]->saved = 1;
     }
-    instances[1]->SetEnabled(0);
-    model.SetStoreRange(0x8, 0x17);
+    model.Enable(*all[1], false);
+    commands.SetStoreRange(0x8, 0x17, reporter);
     log.Clear();
   }
   std::string Pictures() {
@@ -120,13 +119,14 @@ struct CollectionTest : CountsTest {
       text += platform::Format("m%us%u %s| ", instance->modified, instance->saved,
                                literal::Picture(instance->counts->table()).c_str());
     }
-    return text + literal::Picture(model.commandStore().table());
+    return text + literal::Picture(commands.commandStore().table());
   }
 
-  std::vector<std::unique_ptr<CoverageInstance>> instances;
+  MessageReporter reporter{&host};
+  CoverageModel model{&host};
+  CommandModel& commands = model.Commands();
+  CoverageModel::WindowPtr window = std::make_shared<CoverageWindow>();
   std::vector<CoverageInstance*> all;
-  CommandModel model{&host};
-  ReportCollector collector{&host};
 };
 
 TEST_F(CollectionTest, APathReportGoesToEveryEnabledStore) {
@@ -134,7 +134,7 @@ TEST_F(CollectionTest, APathReportGoesToEveryEnabledStore) {
   host.Offer(count);
   trace.address = 0xC;
   path.pairs = {{0x10, 0x2C}, {0x2E, 0}};
-  EXPECT_TRUE(collector.Collect(all, &model));
+  EXPECT_TRUE(model.TakeReport());
   EXPECT_EQ(log.Text(), "path.GetPath()\ntrace.GetAddress(0)\n");
   EXPECT_EQ(Pictures(), "m1s0 12:1/0 14:1/0 | m1s0 | m1s0 44:1/0 46:1/1 | 12:1/0 14:1/0 16:1/1 ");
 }
@@ -144,7 +144,7 @@ TEST_F(CollectionTest, TheCountServiceAnswersWhenThePathServiceDoesNot) {
   count.counts = {{0x0, 7}, {0x10, 8}, {0x21, 9}};
   count.flags = {{0x0, 3}};
   log.FailCall(1, "path.GetPath");
-  EXPECT_TRUE(collector.Collect(all, &model));
+  EXPECT_TRUE(model.TakeReport());
   EXPECT_EQ(Pictures(), "m1s0 0:7/3 | m1s0 | m1s0 32:9/0 | 16:8/0 ");
 }
 
@@ -158,8 +158,9 @@ TEST_F(CollectionTest, ACountReportReachesOverlappingRanges) {
     std::vector<literal::Table> oracles(all.size());
     for (std::size_t i = 0; i < all.size(); ++i) {
       const std::uint32_t start = pick(0, 0x60), end = start + pick(0, 0x60);
-      all[i]->SetEnabled(1);
-      all[i]->counts->SetRange(start, end);
+      model.SetRange(*all[i], start, end);
+      model.Register(*all[i], reporter);
+      model.Enable(*all[i], true);
       oracles[i].Layout(start, end);
     }
     count.counts.clear();
@@ -168,7 +169,7 @@ TEST_F(CollectionTest, ACountReportReachesOverlappingRanges) {
       count.counts.push_back({pick(0, 0xD0), pick(0, 3)});
       count.flags.push_back({pick(0, 0xD0), pick(0, 3)});
     }
-    ASSERT_TRUE(collector.Collect(all, nullptr));
+    ASSERT_TRUE(model.TakeReport());
     for (std::size_t i = 0; i < all.size(); ++i) {
       for (const auto& [address, value] : count.counts) oracles[i].AddOne(address, value, 0);
       for (const auto& [address, value] : count.flags) oracles[i].AddOne(address, 0, value);
@@ -179,50 +180,83 @@ TEST_F(CollectionTest, ACountReportReachesOverlappingRanges) {
 
 TEST_F(CollectionTest, WhatIsPendingSurvivesEveryChange) {
   path.pairs = {{0x2E, 0}};
-  collector.Collect(all, &model);
-  instances[0]->SetEnabled(0);  // what was reported before still counts
-  instances[2]->counts->Clear();
-  instances[1]->RenewCounts();
+  model.TakeReport();
+  model.Enable(*all[0], false);  // what was reported before still counts
+  model.Clear(*all[2]);
+  all[1]->RenewCounts();
   path.pairs = {{0x4, 0x20}, {0x20, 0}};
-  collector.Collect(all, &model);
-  model.SetStoreRange(0x20, 0x21);
-  EXPECT_EQ(instances[0]->counts->Lookup(0xE)->times, 1u);
-  EXPECT_EQ(instances[0]->counts->Lookup(0x4)->times, 1u);
-  EXPECT_EQ(literal::Picture(instances[2]->counts->table()), "32:1/1 ");
-  EXPECT_EQ(literal::Picture(model.commandStore().table()), "");
+  model.TakeReport();
+  commands.SetStoreRange(0x20, 0x21, reporter);
+  EXPECT_EQ(all[0]->counts->Lookup(0xE)->times, 1u);
+  EXPECT_EQ(all[0]->counts->Lookup(0x4)->times, 1u);
+  EXPECT_EQ(literal::Picture(all[2]->counts->table()), "32:1/1 ");
+  EXPECT_EQ(literal::Picture(commands.commandStore().table()), "");
 }
 
 TEST_F(CollectionTest, SwitchFollowsWhatIsEnabled) {
-  model.SetStoreEnabled(true);
-  EXPECT_TRUE(CoverageWanted(model, {}));
-  model.SetStoreEnabled(false);
-  EXPECT_TRUE(CoverageWanted(model, all));
-  EXPECT_FALSE(CoverageWanted(model, {}));
-  model.AddWindow(0x100, 0x1FF, "f");
-  model.AddWindow(0x200, 0x2FF, "g");
-  model.SetAllWindowsEnabled(false);
-  EXPECT_FALSE(CoverageWanted(model, all)) << "with command windows only they count";
-  model.SetWindowEnabled(2, true);
-  EXPECT_TRUE(CoverageWanted(model, {}));
+  const auto wanted = [&] {
+    return std::exchange(model.Stale().wanted, false) ? model.CoverageWanted() + 1 : 0;
+  };
+  wanted();
+  commands.SetStoreEnabled(true);
+  EXPECT_EQ(wanted(), 2);
+  commands.SetStoreEnabled(false);
+  EXPECT_EQ(wanted(), 2);
+  for (CoverageInstance* instance : all) model.Enable(*instance, false);
+  EXPECT_EQ(wanted(), 1);
+  model.Clear(*all[0]);
+  EXPECT_EQ(wanted(), 0) << "nothing was enabled or registered";
+  model.Enable(*all[0], true);
+  commands.AddWindow(0x100, 0x1FF, "f", reporter);
+  commands.AddWindow(0x200, 0x2FF, "g", reporter);
+  commands.SetAllWindowsEnabled(false);
+  EXPECT_EQ(wanted(), 1) << "with command windows only they count";
+  commands.SetWindowEnabled(2, true);
+  EXPECT_EQ(wanted(), 2);
   log.Clear();
-  UpdateCoverageSwitch(&host, true);
+  model.UpdateCoverageSwitch();
   UseCounts();
-  UpdateCoverageSwitch(&host, false);
+  commands.SetWindowEnabled(2, false);
+  model.UpdateCoverageSwitch();
   EXPECT_EQ(log.Text(), "path.SetCollection(-1)\ncount.SetCollection(0)\n");
-  UpdateCoverageSwitch(nullptr, true);
+  EXPECT_EQ(wanted(), 0);
+}
+
+TEST_F(CollectionTest, ARefusedInstanceIsNeitherEnabledNorDisplayed) {
+  log.FailCall(1, "path.AddRange");
+  model.SetRange(*all[0], 0x40, 0x4F);
+  model.Register(*all[0], reporter);
+  model.Enable(*all[0], true);
+  EXPECT_EQ(all[0]->enableStatus + all[0]->rangeSet, 0u);
+  model.DisplayRegistered(*window);
+  EXPECT_EQ(window->Displayed(), all[1]);
+  model.Display(*all[0]);
+  EXPECT_EQ(window->Displayed(), all[1]);
+  const auto last = window->Instance(3);
+  model.Remove(*all[1]);
+  model.Withdraw(*last);
+  model.DisplayRegistered(*window);
+  EXPECT_EQ(window->Displayed(), nullptr) << "none is left that could be";
+  EXPECT_EQ(window->NumberOf(*last), 2u);
+}
+
+TEST_F(CollectionTest, FromZeroToZeroIsNoRange) {
+  EXPECT_EQ(commands.SetStoreRange(0, 0, reporter), 1u);
+  commands.Withdraw();
+  EXPECT_EQ(log.Text("path."), "path.RemoveRange(0x8, 0x17)\n");
 }
 
 TEST_F(CollectionTest, ASnapshotHasAnElementForEveryNumber) {
-  CoverageWindow window;
-  window.instances[3] = all[2];
-  window.instances[1] = all[0];
+  CoverageWindow gaps;
+  gaps.instances[3] = window->Instance(3);
+  gaps.instances[1] = window->Instance(1);
   all[2]->functionName = "main";
   all[2]->percentage = 42;
-  window.TakeStats();
-  ASSERT_EQ(window.stats.size(), 3u);
-  EXPECT_EQ(window.stats[0], all[0]->Snapshot());
-  EXPECT_EQ(window.stats[1], FunctionStat{});
-  EXPECT_EQ(window.stats[2], (FunctionStat{"main", 0x20, 0x2F, 42, 0, 1, 0, 0}));
+  gaps.TakeStats();
+  ASSERT_EQ(gaps.stats.size(), 3u);
+  EXPECT_EQ(gaps.stats[0], all[0]->Snapshot());
+  EXPECT_EQ(gaps.stats[1], FunctionStat{});
+  EXPECT_EQ(gaps.stats[2], (FunctionStat{"main", 0x20, 0x2F, 42, 0, 1, 1, 0}));
 }
 
 }  // namespace

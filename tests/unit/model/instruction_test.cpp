@@ -8,6 +8,7 @@
 #include "model/coverage_instance.h"
 #include "model/disassembly_cache.h"
 #include "model/instruction_walk.h"
+#include "unit/loose_records.h"
 
 namespace coverage {
 namespace {
@@ -220,13 +221,13 @@ TEST(DisassemblyCache, PassesOverWhatIsKnownToFail) {
 struct PercentageTest : ReaderTest {
   PercentageTest() : instance(&host, 0x1000, 0x1013, "", 1) {
     target.Fill(0x1000, 0x1013);
-    instance.counts->SetRange(0x1000, 0x1013);
+    instance.Register(0x1000, 0x1013);
   }
   std::uint32_t Compute() {
     instance.ComputePercentage(false, cache);
     return instance.percentage;
   }
-  CoverageInstance instance;
+  LooseInstance instance;
   DisassemblyCache cache;
 };
 

@@ -4,6 +4,7 @@
 #include "panes/pane_commands.h"
 #include "panes/statistics_pane.h"
 #include "platform/queue.h"
+#include "unit/loose_records.h"
 #include "unit/view/view_test.h"
 
 namespace coverage {
@@ -46,7 +47,7 @@ class Rows : public testing::Test {
   platform::Window parent;
   CUiReportListCtrl list;
   DisassemblyCache cache;
-  CoverageInstance instance{&host, 0x1000, 0x10FF, {}, 1};
+  LooseInstance instance{&host, 0x1000, 0x10FF, {}, 1};
 };
 
 TEST_F(Rows, AreBuiltAPageAndOneRowAtATime) {

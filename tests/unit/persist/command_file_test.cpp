@@ -2,11 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include "commands/message_reporter.h"
 #include "doubles/ide_services.h"
 #include "doubles/message_boxes.h"
 #include "doubles/project_services.h"
 #include "doubles/scratch_disk.h"
 #include "doubles/target.h"
+#include "model/coverage_model.h"
 #include "platform/text.h"
 
 namespace coverage {
@@ -31,10 +33,11 @@ class CommandFileTest : public testing::Test {
     return status == 0 ? drive.Bytes("a.cov") : platform::Format("%X", static_cast<unsigned>(status));
   }
   /// The status and the boxes.
-  std::string Load(const std::string& content, LoadFor whom = LoadFor::kCommand) {
+  std::string Load(const std::string& content, const LoadPolicy& policy = kCommandLoad) {
     drive.Put("a.cov", content);
     doubles::RecordingBoxes boxes;
-    const auto status = LoadCommandModel(model, "C:\\a.cov", current, &host, whom);
+    Reporter* const who = &policy == &kAutomationLoad ? static_cast<Reporter*>(&silent) : &reporter;
+    const auto status = LoadCommandModel(model, "C:\\a.cov", current, &host, policy, *who);
     return platform::Format("%X\n", static_cast<unsigned>(status)) + boxes.Take();
   }
   static std::string Picture(CoverageCounts& counts) {
@@ -67,7 +70,10 @@ class CommandFileTest : public testing::Test {
   struct Refuses final : doubles::StubPathCoverage {
     qal::Status AddRange(std::uint32_t, std::uint32_t) override { return qal::kFail; }
   } refuses;
-  CommandModel model{&host};
+  CoverageModel coverage{&host};
+  CommandModel& model = coverage.Commands();
+  MessageReporter reporter{&host};
+  SilentReporter silent;
   ProjectNames current{"Debug", "demo"};
 };
 
@@ -89,16 +95,16 @@ std::string Untyped(const std::string& start, const std::string& end, const std:
 }
 
 TEST_F(CommandFileTest, RefusedAndMissingWindows) {
-  ASSERT_TRUE(model.OpenFile(kSource, true));
+  ASSERT_TRUE(model.OpenFile(kSource, silent));
   doubles::RecordingBoxes boxes;
   host.Offer(refuses);
-  model.AddWindow(0x2000, 0x2003, "refused");
+  model.AddWindow(0x2000, 0x2003, "refused", reporter);
   EXPECT_EQ(boxes.Take(), "exclamation ok: error 0x80004005\n");
   EXPECT_EQ(Save().find("refused"), std::string::npos) << "a window without a range is left out";
 }
 
 TEST_F(CommandFileTest, UntypedSectionsReplaceTheCurrentRange) {
-  ASSERT_TRUE(model.OpenFile(kSource, true));
+  ASSERT_TRUE(model.OpenFile(kSource, silent));
   EXPECT_EQ(Load(Header() + Untyped("1001", "1008", "00000003      T      00001000\r\n") +
                  Untyped("2000", "2004", "00000004      F      00002002\r\n")),
             "0\n");
@@ -156,18 +162,18 @@ TEST_F(CommandFileTest, WhatIsRefusedAndWhatIsSaid) {
       {Header("demo", "Release") + file, "0\n" + other, "0\n"},
       {Header() + "Type= Whatever\r\nFile name= $(PROJDIR)\\main.c\r\n", "0\n", "0\n"},
       {Header() + noSource, "80040A09\n", "80040A09\n"},
-      {Header() + Untyped("0", "ffffffff", ""), "80040A07\n", "80040A07\n"},
+      {Header() + Untyped("0", "ffffffff", ""), "80040A05\n", "80040A05\n"},
       {Header() + "Type= Range\r\n" + Typed("0", "ffffffff", "1", "", "00000001\tT\t00000000\r\n") + range,
-       "0\n", "0\n"},
+       "80040A05\n", "80040A05\n"},
   };
   for (const auto& row : kRows) {
-    EXPECT_EQ(Load(row.content, LoadFor::kCommand), row.command) << row.content;
-    EXPECT_EQ(Load(row.content, LoadFor::kAutomation), row.automation) << row.content;
+    EXPECT_EQ(Load(row.content, kCommandLoad), row.command) << row.content;
+    EXPECT_EQ(Load(row.content, kAutomationLoad), row.automation) << row.content;
   }
 }
 
 TEST_F(CommandFileTest, WhatWasLoadedStaysWhenAFileIsRefused) {
-  ASSERT_TRUE(model.OpenFile(kSource, true));
+  ASSERT_TRUE(model.OpenFile(kSource, silent));
   model.FirstEntry(1)->counts->AddOne(0x1000, 7, 2);
   const std::string before = Model();
   for (const std::string& content :
@@ -176,13 +182,13 @@ TEST_F(CommandFileTest, WhatWasLoadedStaysWhenAFileIsRefused) {
     Load(content);
     EXPECT_EQ(Model(), before);
   }
-  EXPECT_EQ(LoadCommandModel(model, "C:\\missing.cov", current, &host, LoadFor::kCommand),
+  EXPECT_EQ(LoadCommandModel(model, "C:\\missing.cov", current, &host, kCommandLoad, reporter),
             automation::kCannotOpen);
   EXPECT_EQ(Model(), before);
 }
 
 TEST_F(CommandFileTest, AFullDiskIsReportedAndALockedFileIsLeftAlone) {
-  model.SetStoreRange(0x1000, 0x100F);
+  model.SetStoreRange(0x1000, 0x100F, reporter);
   drive.Put("a.cov/x", "");
   EXPECT_EQ(Save(), "80040A0A");
   platform::SetDiskSpace(40);

@@ -5,6 +5,7 @@
 #include "doubles/scratch_disk.h"
 #include "doubles/target.h"
 #include "persist/cov_file.h"
+#include "unit/loose_records.h"
 
 namespace coverage {
 namespace {
@@ -71,8 +72,8 @@ class SectionWriterTest : public testing::Test {
 TEST_F(SectionWriterTest, AnInstructionBelowTheRangeIsARowWithoutACell) {
   target.information.alignment = 4;
   target.Instructions(0x1000, {4, 2});
-  CoverageInstance instance(&host, 0x1002, 0x1005, "", 1);
-  instance.counts->SetRange(0x1002, 0x1005);
+  LooseInstance instance(&host, 0x1002, 0x1005, "", 1);
+  instance.Register(0x1002, 0x1005);
   instance.counts->AddOne(0x1004, 1, 2);
   const std::string content = Section(instance);
   EXPECT_EQ(content.substr(content.find("[")),
@@ -83,8 +84,8 @@ TEST_F(SectionWriterTest, AnInstructionBelowTheRangeIsARowWithoutACell) {
 
 TEST_F(SectionWriterTest, RowsEndWhereTheStepsMissAnInstruction) {
   target.Instructions(0x1000, {2, 3, 2, 2});
-  CoverageInstance instance(&host, 0x1000, 0x1007, "", 1);
-  instance.counts->SetRange(0x1000, 0x1007);
+  LooseInstance instance(&host, 0x1000, 0x1007, "", 1);
+  instance.Register(0x1000, 0x1007);
   const std::string content = Section(instance);
   EXPECT_EQ(content.substr(content.find("(Address)")),
             "(Address)\r\n00000000\t-\t00001000\r\n00000000\t-\t00001002");
@@ -93,8 +94,8 @@ TEST_F(SectionWriterTest, RowsEndWhereTheStepsMissAnInstruction) {
 TEST_F(SectionWriterTest, MoreTextsThanCellsReplaceTheLast) {
   target.information.alignment = 4;
   target.Fill(0x1000, 0x1004);
-  CoverageInstance instance(&host, 0x1002, 0x1003, "", 1);
-  instance.counts->SetRange(0x1002, 0x1003);
+  LooseInstance instance(&host, 0x1002, 0x1003, "", 1);
+  instance.Register(0x1002, 0x1003);
   const std::string content = Section(instance);
   EXPECT_EQ(content.substr(content.find("(Address)")), "(Address)\r\n00000000\t-\t00001002")
       << "one cell, so the second of two recorded texts stands in the place of the first";

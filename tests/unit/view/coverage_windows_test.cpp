@@ -1,5 +1,3 @@
-#include "view/coverage_windows.h"
-
 #include <gtest/gtest.h>
 
 #include <utility>
@@ -20,7 +18,7 @@ TEST_F(Windows, FramesAreAskedForAndShown) {
             "window.CreateFrame(\"{WK_00000001_COVERAGE}\", \"Coverage\", 0x1804, 0xe81e, \"\")\n"
             "window.CreateFrame(\"frame-1\", \"Coverage\", 0x400, 0x0, null)\n");
   EXPECT_EQ(world.log.Text("window.SetFrameState"), "window.SetFrameState(8192)\n");
-  EXPECT_EQ(Open().ViewKeyOf(*Open().Windows()[0]), "frame-1");
+  EXPECT_EQ(Open().Windows()[0]->Record().viewKey, "frame-1");
   EXPECT_EQ(world.window.titles[Open().Windows()[0]->Frame()], "Coverage 0x00001100- 0x000011ff");
   world.window.refuse = true;
   EXPECT_EQ(Open().NewRangeWindow(0x2000, 0x20FF), nullptr);
@@ -66,18 +64,18 @@ TEST_F(Windows, FunctionsWaitForTheSymbolsOfADownload) {
   world.target.Function(ViewWorld::kSource, "late", 0x1020, 0x102F);
   qal::IQSymbolTable* const symbols = std::exchange(world.target.source.symbols, nullptr);
   const std::string old = "file 1000-100f=main* 1010-101f=step\n";
-  view->OnDownload();
+  Open().Do([&] { view->OnDownload(); });
   EXPECT_EQ(Picture(), old);
-  view->OnReset();
+  Open().Do([&] { view->OnReset(); });
   EXPECT_EQ(Picture(), old);
   world.target.source.symbols = symbols;
-  view->OnReset();
+  Open().Do([&] { view->OnReset(); });
   EXPECT_EQ(Picture(), "file 1000-100f=main* 1010-101f=step 1020-102f=late\n");
 }
 
 TEST_F(Windows, AChangeOfSourceIsForgottenWithItsPane) {
   auto* window = Open().NewFileWindow(ViewWorld::kSource, "main.c");
-  Open().RequestSourceChange(*window->Pane(1));
+  view->ChangeSource(*window->Record().Instance(1));
   Open().CloseAll();
   Do("", [] {});  // the posted command finds no pane and opens no dialog
   EXPECT_EQ(Picture(), "");
@@ -87,7 +85,7 @@ TEST_F(Windows, AFunctionThatIsClearedCountsAsSavedNoLonger) {
   auto* window = Open().NewFileWindow(ViewWorld::kSource, "main.c");
   CoverageInstance& instance = *window->Record().instances[2];
   instance.saved = 1;
-  EXPECT_TRUE(Open().MayClearFunction(*window->Pane(2)));
+  EXPECT_TRUE(view->MayLose(DataLoss::kClearFunction, instance));
   EXPECT_EQ(instance.saved, 0u);
 }
 
@@ -97,34 +95,37 @@ TEST_F(Windows, AClearThatTheComponentMayNotDoWaitsForTheReset) {
   const auto times = [&] { return instance.counts->Lookup(0x1000)->times; };
   instance.counts->AddOne(0x1000, 5, 0);
   world.session.current = false;
-  view->OnDownload();
+  Open().Do([&] { view->OnDownload(); });
   EXPECT_EQ(times(), 5u);
-  view->OnReset();
+  Open().Do([&] { view->OnReset(); });
   EXPECT_EQ(times(), 5u);
   world.session.current = true;
-  view->OnReset();
+  Open().Do([&] { view->OnReset(); });
   EXPECT_EQ(times(), 0u);
   instance.counts->AddOne(0x1000, 5, 0);
-  view->OnReset();
+  Open().Do([&] { view->OnReset(); });
   EXPECT_EQ(times(), 5u);
-  view->OnDownload();
+  Open().Do([&] { view->OnDownload(); });
   EXPECT_EQ(times(), 0u);
   EXPECT_EQ(Picture(), "range 1000-10ff*\n");
 }
 
 TEST_F(Windows, TheSwitchFollowsCommandsAndWindows) {
-  const auto last = [&] {
+  const auto sent = [&](const std::function<void()>& act) {
     world.log.Clear();
-    view->UpdateCoverageSwitch();
+    Open().Do(act);
     return world.log.Take("path.SetCollection");
   };
-  EXPECT_EQ(last(), "path.SetCollection(-1)\n");
-  view->Model().SetStoreEnabled(false);
-  EXPECT_EQ(last(), "path.SetCollection(0)\n");
+  const auto store = [&](bool on) { return [&, on] { view->Model().SetStoreEnabled(on); }; };
+  EXPECT_EQ(sent(store(true)), "path.SetCollection(-1)\n") << "the same value, too";
+  EXPECT_EQ(sent(store(false)), "path.SetCollection(0)\n");
+  EXPECT_EQ(sent([] {}), "");
   auto* window = Open().NewRangeWindow(0x1000, 0x10FF);
-  EXPECT_EQ(last(), "path.SetCollection(-1)\n");
-  window->Record().instances[1]->SetEnabled(0);
-  EXPECT_EQ(last(), "path.SetCollection(0)\n");
+  const auto enable = [&](bool on) {
+    return [&, on] { view->Coverage().Enable(*window->Record().Instance(1), on); };
+  };
+  EXPECT_EQ(sent(enable(true)), "path.SetCollection(-1)\n");
+  EXPECT_EQ(sent(enable(false)), "path.SetCollection(0)\n");
 }
 
 }  // namespace

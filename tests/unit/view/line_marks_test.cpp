@@ -26,8 +26,9 @@ class Marks : public ViewTest {
     return marks.Mark(EditorColumn::kSource, ViewWorld::kSource, line).value_or(0);
   }
 
-  LineMarks& marks = Open().Marks();
+  LineMarks& marks = view->Marks();
   CommandModel& model = view->Model();
+  Reporter& reporter = view->Messages();
 };
 
 TEST_F(Marks, OutcomesOfAnAddressBecomeItsMark) {
@@ -41,17 +42,17 @@ TEST_F(Marks, OutcomesOfAnAddressBecomeItsMark) {
 }
 
 TEST_F(Marks, WindowsComeBeforeTheCommandLine) {
-  model.SetStoreRange(0x1000, 0x1FFF);
+  model.SetStoreRange(0x1000, 0x1FFF, reporter);
   model.commandStore().AddOne(0x1004, 1, 1);
   model.commandStore().AddOne(0x1104, 1, 1);
-  const auto added = model.AddWindow(0x3000, 0x30FF, "f");
+  const auto added = model.AddWindow(0x3000, 0x30FF, "f", reporter);
   added.counts->AddOne(0x3000, 2, 2);
   Add(0x1000, 0x10FF);
   EXPECT_EQ(At(0x1004), 9);  // the window covers it and has not executed it
   EXPECT_EQ(At(0x1104), 5);
   EXPECT_EQ(At(0x3000), 4);
   EXPECT_EQ(At(0x3002), 9);
-  model.SetStoreActive(0);
+  model.SetActive(model.commandStore(), 0);
   model.SetWindowEnabled(1, false);
   marks.Refresh();
   EXPECT_EQ(At(0x1104), 0);
@@ -59,12 +60,12 @@ TEST_F(Marks, WindowsComeBeforeTheCommandLine) {
 }
 
 TEST_F(Marks, CommandWindowsThatWereReplacedAreSeenAtOnce) {
-  model.SetStoreActive(0);
-  model.AddWindow(0x3000, 0x30FF, "f");
+  model.SetActive(model.commandStore(), 0);
+  model.AddWindow(0x3000, 0x30FF, "f", reporter);
   EXPECT_EQ(At(0x3000), 9);
   model.RemoveAllWindows();
   EXPECT_EQ(At(0x3010), 0);
-  model.AddWindow(0x4000, 0x40FF, "g");
+  model.AddWindow(0x4000, 0x40FF, "g", reporter);
   EXPECT_EQ(At(0x4000), 9);
   EXPECT_EQ(At(0x3020), 0);
 }

@@ -27,9 +27,9 @@ TEST_F(Session, HoldsTheWindowsUnderTheirKeys) {
   Open().AddRange(*window, 0x2000, 0x20FF);
   window->Record().instances[2]->SetEnabled(0);
   Open().NewFileWindow(ViewWorld::kSource, "main.c");
-  Open().Memory().lastTexts = {"1000", "10ff"};
-  Open().Memory().coveragePath = "C:\\space\\demo\\a.cov";
-  Open().Memory().recentCoverageFiles = {"1.cov", "2.cov", "3.cov", "4.cov", "C:\\space\\5.cov"};
+  view->History().lastTexts = {"1000", "10ff"};
+  view->History().coveragePath = "C:\\space\\demo\\a.cov";
+  view->History().recentCoverageFiles = {"1.cov", "2.cov", "3.cov", "4.cov", "C:\\space\\5.cov"};
   Save();
   EXPECT_EQ(data.Picture(),
             "CoverageCtrlViews = 1\nCoverageCtrlViews0 = 2\n"
@@ -53,7 +53,7 @@ TEST_F(Session, HoldsTheWindowsUnderTheirKeys) {
   Restart();
   OpenSession();
   EXPECT_EQ(Picture(), before);
-  EXPECT_EQ(Open().ViewKeyOf(*Open().Windows()[0]), "frame-1") << "its old place in the layout";
+  EXPECT_EQ(Open().Windows()[0]->Record().viewKey, "frame-1") << "its old place in the layout";
 }
 
 TEST_F(Session, ADamagedOneOpensWhatItCan) {
@@ -66,7 +66,7 @@ TEST_F(Session, ADamagedOneOpensWhatItCan) {
                   {"CoverageWnd2Enable", 7},         {"CoverageCtrlViewsFromDiffFile", 0xFFFFFFFF},
                   {"CoverageFileName", 0xFFFFFFFF}};
   OpenSession();
-  EXPECT_EQ(Picture(), "range 2000-20ff*\n");
+  EXPECT_EQ(Picture(), "range 1000-1fff off* 2000-20ff\n");
   EXPECT_EQ(world.boxes.Take(), "");
 }
 

@@ -12,7 +12,8 @@ namespace {
 TEST(MessageOptions, AskAsThePersonSetThemAndNeverWhenTheyWereRefused) {
   ViewWorld world;
   world.log.FailCall(2, "options.RegisterOption");
-  MessageOptions options(&world.options);
+  MessageOptions options;
+  options.Register(&world.options);
   world.options.state[2] = true;
   EXPECT_FALSE(options.Asks(MessageOption::kClearDataAtClosing));
   world.options.state[4] = true;

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "doubles/script.h"
+#include "unit/view/open_windows.h"
 #include "unit/view/view_world.h"
 #include "view/coverage_ctrl.h"
 
@@ -20,11 +21,11 @@ class ViewTest : public testing::Test {
     view = std::make_unique<CJepCoverageCtrl>(&world.host, &customizer);
     view->CreateSinkWindow();
   }
-  CoverageWindows& Open() { return view->Windows(); }
+  OpenWindows Open() { return OpenWindows(*view); }
   std::string Picture() {
     std::string picture;
     for (auto* window : Open().Windows()) {
-      picture += window->Record().kind == WindowKind::kFile ? "file" : "range";
+      picture += window->Record().isFile() ? "file" : "range";
       for (const auto& [number, instance] : window->Record().instances) {
         picture += platform::Format(" %x-%x", instance->start, instance->end);
         if (!instance->functionName.empty()) picture += "=" + instance->functionName;

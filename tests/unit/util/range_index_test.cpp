@@ -1,4 +1,4 @@
-#include "view/range_index.h"
+#include "util/range_index.h"
 
 #include <gtest/gtest.h>
 
