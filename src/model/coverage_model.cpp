@@ -242,6 +242,7 @@ void CoverageModel::AddRows(CoverageInstance& instance, std::span<const qal::Cou
 
 bool CoverageModel::TakeReport() {
   if (!collector_.Collect(*index_, commands_)) return false;
+  stale_.reported = true;
   for (const WindowPtr& window : windows_) {
     for (const auto& [number, instance] : window->instances) {
       instance->modified = 1;
@@ -252,6 +253,7 @@ bool CoverageModel::TakeReport() {
 }
 
 void CoverageModel::ComputePercentages() {
+  stale_.marks = stale_.marks || stale_.reported;
   for (const WindowPtr& window : windows_) {
     for (const auto& [number, instance] : window->instances) ComputePercentage(*instance);
   }

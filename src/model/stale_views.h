@@ -29,6 +29,7 @@ struct StaleWindow {
 struct StaleViews {
   bool wanted = false;  ///< something was enabled, disabled, registered or removed: the switch is to be sent
   bool marks = false;   ///< of the editor columns
+  bool reported = false;  ///< a report came: the marks become stale when percentages are computed
 };
 
 }  // namespace coverage

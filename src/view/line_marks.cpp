@@ -109,7 +109,7 @@ void LineMarks::RefreshFile(std::string_view file, std::uint32_t handle) {
 }
 
 void LineMarks::Refresh() {
-  model_.Stale().marks = false;
+  model_.Stale().marks = model_.Stale().reported = false;
   for (std::size_t which = 0; which < 2; ++which) {
     for (const std::string& file : caches_[which].TakeFiles()) {
       if (columns_ != nullptr) RefreshFile(file, handles_[which]);
