@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <cstdio>
+
 #include "panes/data_pane.h"
 #include "panes/pane_commands.h"
 #include "panes/statistics_pane.h"
@@ -208,6 +210,41 @@ TEST_F(Panes, GoToAddressSelectsTheRowOfTheAddress) {
     EXPECT_EQ(list.ItemText(list.SelectedRow(), kAddressColumn), row.selected) << row.address;
     EXPECT_GE(list.SelectedRow(), 0);
     Open().CloseAll();
+  }
+}
+
+TEST_F(Panes, GrowingLeavesNoGapAndNoBlankRow) {
+  // Instructions of 2 and 4 bytes, so that no estimate hits the right one by itself.
+  for (std::uint32_t at = 0x2000; at < 0x2400; at += 10) world.target.Instructions(at, {2, 4, 4});
+  for (std::uint32_t odd = 0x2000; odd < 0x2400; odd += 10) {
+    world.target.Forget(odd + 4);
+    world.target.Forget(odd + 8);
+  }
+  StatisticsPane& window = *Open().NewRangeWindow(0x2000, 0x23FF);
+  DataPane& pane = *window.ViewPane();
+  const CCoverageListCtrl& list = pane.List();
+  const auto grow = [&](int height) { pane.Move({0, 0, 600, height}); };
+  const auto rows = [&] {
+    std::string wrong;
+    std::uint64_t next = 0;
+    for (int row = list.TopRow(); row < list.TopRow() + list.RowsPerPage(); ++row) {
+      std::uint32_t address = 0;
+      const bool read = std::sscanf(list.ItemText(row, kAddressColumn).c_str(), "0x%x", &address) == 1;
+      if (!read || (next != 0 && address != next)) wrong += platform::Format("row %d: %x; ", row, address);
+      next = address + (address % 10 == 0x2000 % 10 ? 2 : 4);
+    }
+    return wrong;
+  };
+  for (const int lines : {0, 30, 10'000}) {
+    grow(100);
+    pane.List().ScrollTo(0);
+    platform::PumpPosted();
+    pane.List().ScrollLines(lines);
+    platform::PumpPosted();
+    for (const int height : {160, 163, 300}) {
+      grow(height);
+      EXPECT_EQ(rows(), "") << lines << " lines down, " << height << " high";
+    }
   }
 }
 
