@@ -238,9 +238,12 @@ CoverageWindow* WindowOpener::NewFileWindow(const std::string& sourceFile, const
 
 void WindowOpener::FillAgain(CoverageWindow& window) {
   const FileFunctions listing = List(window.sourceFile);
+  const bool listed = listing.outcome == FileFunctions::Outcome::kListed;
+  // The symbols that the program has now know no function of the file.
+  if (listed && listing.functions.empty()) services_.reporter.Inform(strings::kProgramNotDownloaded);
   StatisticsPane* const statistics = table_.PaneOf(window);
   DataPane* const kept = statistics != nullptr ? statistics->ViewPane() : nullptr;
-  if (listing.outcome != FileFunctions::Outcome::kListed || listing.functions.empty() || kept == nullptr) {
+  if (!listed || listing.functions.empty() || kept == nullptr) {
     for (const auto& [number, instance] : window.instances) model_.Withdraw(*instance);
     model_.DisplayRegistered(window);
     return;

@@ -30,6 +30,8 @@ TEST_F(Windows, ARefusedRangeOpensNoWindow) {
   EXPECT_EQ(Open().NewRangeWindow(0x1000, 0x10FF), nullptr);
   EXPECT_EQ(Picture(), "");
   EXPECT_EQ(world.boxes.Take(), "exclamation ok: error 0x80004005\n");
+  EXPECT_EQ(world.window.states[world.window.frames[0]->Handle()], 2u);
+  EXPECT_TRUE(world.window.frames[0]->Children().empty());
   auto* window = Open().NewRangeWindow(0x1000, 0x10FF);
   ASSERT_NE(window, nullptr);
   world.log.FailCall(1, "path.AddRange");
@@ -71,6 +73,39 @@ TEST_F(Windows, FunctionsWaitForTheSymbolsOfADownload) {
   world.target.source.symbols = symbols;
   Open().Do([&] { view->OnReset(); });
   EXPECT_EQ(Picture(), "file 1000-100f=main* 1010-101f=step 1020-102f=late\n");
+}
+
+TEST_F(Windows, FunctionsThatCannotBeListedAgainLookLikeIt) {
+  auto* window = Open().NewFileWindow(ViewWorld::kSource, "main.c");
+  // The path is refused, and by its bare name the file is not known.
+  world.log.FailCall(1, "symbols.GetFileFunctions");
+  Open().Do([&] { view->OnDownload(); });
+  EXPECT_EQ(world.boxes.Take(), "information ok: Program is not downloaded!\n");
+  EXPECT_EQ(Picture(), "file 1000-100f=main off 1010-101f=step off\n");
+  EXPECT_EQ(world.log.Count("path.AddRange"), world.log.Count("path.RemoveRange"));
+  EXPECT_EQ(window->ViewPane()->List().RowCount(), 0);
+  window->List().Click(0);
+  EXPECT_EQ(window->List().SelectedRow(), -1);
+}
+
+TEST_F(Windows, AFrameThatTheIdeDestroysTakesItsWindowAlong) {
+  auto* window = Open().NewRangeWindow(0x1000, 0x10FF);
+  Open().AddRange(*window, 0x2000, 0x20FF);
+  Open().NewFileWindow(ViewWorld::kSource, "main.c");
+  world.window.frames[0]->Destroy();
+  EXPECT_EQ(Picture(), "file 1000-100f=main* 1010-101f=step\n");
+  EXPECT_EQ(world.log.Text("path.RemoveRange"),
+            "path.RemoveRange(0x1000, 0x10ff)\npath.RemoveRange(0x2000, 0x20ff)\n");
+}
+
+TEST_F(Windows, AnAskedForSwitchIsSentOnceForAThousandFunctions) {
+  for (std::uint32_t i = 0; i < 1000; ++i) {
+    world.target.Function("C:\\many.c", platform::Format("f%u", i), 0x1000 + 4 * i, 0x1003 + 4 * i);
+  }
+  world.log.Clear();
+  Open().NewFileWindow("C:\\many.c", "many.c");
+  EXPECT_EQ(world.log.Text("path.SetCollection") + world.log.Text("columns.UpdateColumns"),
+            "path.SetCollection(-1)\ncolumns.UpdateColumns(0)\n");
 }
 
 TEST_F(Windows, AChangeOfSourceIsForgottenWithItsPane) {
