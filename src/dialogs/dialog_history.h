@@ -19,7 +19,6 @@ struct DialogHistory {
   RecentList addresses;  ///< typed into Go To Address
   CoverageSettingDialog::LastTexts lastTexts;
   std::string coveragePath;                      ///< last used to save or load
-  std::string savedPath;                         ///< file saved last
   std::string loadPath;                          ///< file that the person chose to load last
   std::string sourcePath;                        ///< directory last used to open a source file
   std::string lastSourceFile;                    ///< of the last file window

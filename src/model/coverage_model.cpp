@@ -278,6 +278,4 @@ void CoverageModel::UpdateCoverageSwitch() {
   }
 }
 
-void CoverageModel::Withdraw() { commands_.Withdraw(); }
-
 }  // namespace coverage

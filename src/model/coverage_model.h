@@ -93,14 +93,14 @@ class CoverageModel {
   /// What the lists or the rows take from the IDE, and not from the model, may have changed.
   void MarkLists();
   void MarkRows();
+  /// The marks in the editors are to be asked for anew.
+  void MarkLineMarks() { stale_.marks = true; }
 
   /// Tells the debugger's coverage service whether any coverage is wanted.
   void UpdateCoverageSwitch();
   /// The command line is enabled; or, with command windows, the first store of one of them is active; or,
   /// without any, some instance is enabled.
   bool CoverageWanted() const;
-  /// The commands' ranges leave the debugger, while the host is still there.
-  void Withdraw();
 
  private:
   void MarkWanted(CoverageInstance& instance);

@@ -143,7 +143,8 @@ void DataPane::EditRange() {
   const AddressRange old{instance->start, instance->end};
   const auto range = CoverageRangeDialog(host, {services().history.starts, services().history.ends})
                          .AskRange(&services().sink, old);
-  if (!range || instance->window == nullptr ||
+  // While the dialog was open, the window may have gone or another pane may have taken the instance.
+  if (!range || instance != instance_ || instance->window == nullptr ||
       model().RangeShownElsewhere(instance->window, range->start, range->end)) {
     return;
   }

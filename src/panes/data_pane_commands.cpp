@@ -166,8 +166,8 @@ void DataPane::OnGoToAddress() {
       GoToAddressDialog(host, instance.start, instance.end, text, services().history.addresses)
           .Ask(&services().sink);
   // While the dialog was open, the window may have gone or may show another range.
-  if (!address || !list.Exists() || instance.shown == 0 || *address < instance.start ||
-      *address > instance.end) {
+  if (!address || !list.Exists() || displayed.instance_ != kept || instance.shown == 0 ||
+      *address < instance.start || *address > instance.end) {
     return;
   }
   const std::uint32_t offset = *address - instance.start;

@@ -47,7 +47,7 @@ platform::LResult CJepCoverageCtrl::CloseChild(qal::WindowHandle window, platfor
 
 void CJepCoverageCtrl::BringUpToDate() {
   RefreshAllStatistics();
-  records.Stale().marks = true;
+  records.MarkLineMarks();
 }
 
 std::vector<const CoverageWindow*> CJepCoverageCtrl::OpenWindows() {

@@ -140,7 +140,7 @@ class CJepCoverageCtrl : public CUiDebugCommandSink,
   platform::LResult OnEntered(const platform::Message& message);
   platform::LResult OnCreate(const platform::Message& message);
   void OnOpenCoverage() { opening->Run(); }
-  void OnChangeSourceFile() { sourceChange->Run(); }
+  void OnChangeSourceFile() { sourceChange->ChangeSourceFile(); }
   void OnUpdateOpenCoverage(platform::CommandUpdate& update);
   platform::LResult OnTimer(const platform::Message& message);
   void ApplyDisplaySettings(DisplayClient& display) const;

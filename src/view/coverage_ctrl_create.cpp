@@ -64,7 +64,7 @@ void CJepCoverageCtrl::End() {
   macro.End();
   // The listings of "coverage_display" read the model: they end with their command, before the model goes.
   while (!commands.empty()) commands.erase(commands.begin());
-  records.Withdraw();
+  records.Commands().Withdraw();
   if (host != nullptr) {
     host->Unadvise(&qal::iid::kWorkSpaceClient, static_cast<qal::IQWorkSpaceClient2*>(this));
     host->Unadvise(&qal::iid::kWorkSpaceClient2, static_cast<qal::IQWorkSpaceClient2*>(this));

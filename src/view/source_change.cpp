@@ -15,7 +15,7 @@ void SourceChange::Request(CoverageInstance& instance) {
   services_.sink.Post(platform::message::kCommand, control_command::kChangeSourceFile);
 }
 
-void SourceChange::Run() {
+void SourceChange::ChangeSourceFile() {
   const auto instance = std::exchange(asking_, {}).lock();
   if (!instance || instance->window == nullptr) return;
   if (!questions_.MayLose(DataLoss::kChangeSource, *instance)) return;

@@ -19,7 +19,7 @@ class SourceChange {
 
   /// Notes the instance whose window is to change.
   void Request(CoverageInstance& instance);
-  void Run();
+  void ChangeSourceFile();
 
  private:
   const ViewServices& services_;
