@@ -17,11 +17,11 @@
 #include "persist/section_writer.h"
 #include "platform/queue.h"
 #include "platform/text.h"
+#include "unit/loose_records.h"
+#include "unit/view/open_windows.h"
 #include "unit/view/view_world.h"
-#include "view/coverage_ctrl.h"
 #include "workbench/services/ide_services.h"
 #include "workbench/services/session_file.h"
-#include "unit/loose_records.h"
 
 // What it costs to keep coverage: images written, verified and compared as a test framework asks for them,
 // against coverage files of the same rows; sessions of many functions against sessions of half as many.
@@ -156,7 +156,7 @@ class Sessions {
       world_.target.Function(Source(functions, i % kFiles), "f" + std::to_string(i), start, start + 15);
     }
     for (std::uint32_t i = 0; i < kFiles; ++i)
-      view_->Windows().NewFileWindow(Source(functions, i), Source(functions, i));
+      OpenWindows(*view_).NewFileWindow(Source(functions, i), Source(functions, i));
     Save(functions);
   }
   /// A view without windows, and an IDE that holds no session.
@@ -178,7 +178,7 @@ class Sessions {
     if (!workbench::ReadSessionFile(File(functions), data_.Values()).empty()) std::abort();
     static_cast<qal::IQWorkSpaceClient2&>(*view_).OnSessionOpened(nullptr, nullptr, nullptr, nullptr);
     platform::PumpPosted();
-    if (view_->Windows().AllInstances().size() != functions) std::abort();
+    if (OpenWindows(*view_).Instances().size() != functions) std::abort();
   }
 
  private:

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <chrono>
+#include <cstdlib>
 #include <limits>
 #include <memory>
 #include <string>
@@ -8,16 +9,17 @@
 
 #include "harness.h"
 #include "model/report_collector.h"
+#include "panes/pane_commands.h"
 #include "panes/row_builder.h"
+#include "unit/loose_records.h"
+#include "unit/view/open_windows.h"
 #include "unit/view/view_world.h"
-#include "view/coverage_ctrl.h"
 
 // What the coverage windows and the editors' marks cost, against plain versions and against their own parts.
 
 namespace {
 
-using coverage::CoverageInstance;
-using coverage::CoverageWindows;
+using StatisticsPane = coverage::WindowTable::StatisticsPane;
 
 constexpr std::uint32_t kStart = 0x08000000;
 constexpr int kPage = 50;
@@ -44,7 +46,7 @@ struct Rows {
   platform::Window parent;
   coverage::CUiReportListCtrl list;
   coverage::DisassemblyCache cache;
-  CoverageInstance instance;
+  coverage::LooseInstance instance;
 };
 
 /// A page that is brought up to date, against one that is written from a map of the texts of every
@@ -101,27 +103,37 @@ class FileWindow {
       pairs.push_back({at + 30, at + 64});
     }
     view.CreateSinkWindow();
-    window = view.Windows().NewFileWindow(file, file);
-    view.Windows().RefreshAllStatistics();
+    window = windows.NewFileWindow(file, file);
+    windows.Do([&] { view.RefreshAllStatistics(); });
+    instances = windows.Instances();
   }
   /// The target ran; the IDE has not told yet.
   void Run() {
     world.Ran(kStart, pairs);
     world.log.Clear();
   }
-  void Collect() { coverage::ReportCollector(&world.host).Collect(view.Windows().AllInstances(), nullptr); }
+  /// The two events of a stop, each shown when it is over.
+  void Stop() {
+    windows.Do([&] { view.CollectCoverage(); });
+    windows.Do([&] { view.RefreshAllStatistics(); });
+  }
+  void Collect() {
+    coverage::ReportCollector(&world.host).Collect(view.Coverage().Stores(), view.Coverage().Commands());
+  }
   void Percentages() {
-    for (CoverageInstance* instance : view.Windows().AllInstances()) {
-      instance->ComputePercentage(false, view.Windows().Instructions());
+    for (const auto& instance : instances) {
+      instance->ComputePercentage(false, view.Coverage().Instructions());
     }
   }
   void List() { window->ListInstances(true, -1, -1); }
-  std::size_t Functions() { return view.Windows().AllInstances().size(); }
+  std::size_t Functions() { return instances.size(); }
 
   coverage::ViewWorld world;
   coverage::CUiCustomizer customizer{&world.host};
   coverage::CJepCoverageCtrl view{&world.host, &customizer};
-  CoverageWindows::StatisticsPane* window = nullptr;
+  coverage::OpenWindows windows{view};
+  StatisticsPane* window = nullptr;
+  std::vector<coverage::CoverageModel::InstancePtr> instances;
   std::vector<qal::PathPair> pairs;
 };
 
@@ -129,12 +141,11 @@ void StopRows(bench::Suite& suite) {
   static FileWindow one(1000);
   static FileWindow eight(8000);
   static FileWindow sixteen(16000);
-  // Some stops, one behind the other: what the other measurements left in the caches counts for one only.
+  // Some stops, one after the other: what the other measurements left in the caches counts for one only.
   const auto stops = [](FileWindow& file, int times) {
     for (int i = 0; i < times; ++i) {
       file.Run();
-      file.view.CollectCoverage();
-      file.view.RefreshAllStatistics();
+      file.Stop();
     }
   };
   constexpr int kTimes = 20;
@@ -160,36 +171,80 @@ void StopRows(bench::Suite& suite) {
                       "parts of the stops", 1.5);
 }
 
-/// Windows of 64 bytes, one behind the other, and the editor over them: a line for each two bytes.
-class Editor final : public coverage::CoveredInstances {
+/// A range window over ranges of 64 bytes.
+class RangeWindow {
  public:
-  explicit Editor(std::uint32_t windows) {
-    for (std::uint32_t i = 0; i < windows; ++i) {
-      instances_.push_back(
-          std::make_unique<CoverageInstance>(nullptr, kStart + 64 * i, kStart + 64 * i + 63, "", 0));
-      instances_.back()->enableStatus = 1;
+  explicit RangeWindow(std::uint32_t ranges) {
+    world_.target.Fill(kStart, kStart + ranges * 64 - 1);
+    view_.CreateSinkWindow();
+    pane_ = windows_.NewRangeWindow(kStart, kStart + 63);
+    windows_.Do([&] {
+      view_.Opener().Fill([&] {
+        for (std::uint32_t at = kStart + 64; at < kStart + ranges * 64; at += 64) {
+          view_.Opener().AddRange(pane_->Record(), at, at + 63, false);
+        }
+      });
+      view_.Opener().ShowRanges(pane_->Record());
+    });
+  }
+  void Refresh() {
+    world_.log.Clear();
+    pane_->Send(platform::message::kCommand, coverage::pane_command::kRefresh);
+  }
+  std::size_t Ranges() { return windows_.Instances().size(); }
+
+ private:
+  coverage::ViewWorld world_;
+  coverage::CUiCustomizer customizer_{&world_.host};
+  coverage::CJepCoverageCtrl view_{&world_.host, &customizer_};
+  coverage::OpenWindows windows_{view_};
+  StatisticsPane* pane_ = nullptr;
+};
+
+void RefreshRows(bench::Suite& suite) {
+  static RangeWindow few(500);
+  static RangeWindow many(2000);
+  suite.Measure("refresh of 500 ranges", 500 * 4, [] {
+    for (int i = 0; i < 4; ++i) few.Refresh();
+  });
+  suite.Measure("refresh of 2,000 ranges", 2000, [] { many.Refresh(); });
+  suite.RequireFigure(
+      "ranges that the range windows lack",
+      [] { return 2500.0 - static_cast<double>(few.Ranges() + many.Ranges()); }, 0);
+  suite.RequireAtMost("refresh, a range, 2,000 against 500", "refresh of 2,000 ranges",
+                      "refresh of 500 ranges", 1.5);
+}
+
+/// Ranges of 64 bytes, one after the other, and the editor over them: a line for each two bytes.
+class Editor {
+ public:
+  explicit Editor(std::uint32_t ranges) {
+    target_.OfferTo(host_);
+    coverage::SilentReporter silent;
+    for (std::uint32_t i = 0; i < ranges; ++i) {
+      instances_.push_back(model_.NewInstance(kStart + 64 * i, kStart + 64 * i + 63, "", 0));
+      model_.Register(*instances_.back(), silent);
     }
   }
-  std::vector<CoverageInstance*> AllInstances() override {
-    std::vector<CoverageInstance*> all;
-    for (const auto& instance : instances_) all.push_back(instance.get());
-    return all;
-  }
-  /// Asks for the marks of so many lines over the first `covered` windows, then drops them.
+  /// Asks for the marks of so many lines over the first `covered` ranges, then drops them.
   void AskAndDrop(std::uint32_t lines, std::uint32_t covered) {
     for (std::uint32_t line = 0; line < lines; ++line) {
       const std::uint32_t at =
           kStart + 2 * (line % (covered * 32)) + 0x10000000 * (line / (covered * 32) % 8);
-      bench::Keep(marks_.Mark(coverage::EditorColumn::kDisassembly, "disassembly", at).has_value());
+      const auto mark = marks_.Mark(coverage::EditorColumn::kDisassembly, "disassembly", at);
+      if (line == 0 && !mark) std::abort();
+      bench::Keep(mark);
     }
     marks_.DropLineMarks();
   }
 
  private:
-  std::vector<std::unique_ptr<CoverageInstance>> instances_;
-  coverage::CommandModel commands_{nullptr};
+  doubles::HostDouble host_;
+  doubles::TargetDouble target_;
+  coverage::CoverageModel model_{&host_};
+  std::vector<coverage::CoverageModel::InstancePtr> instances_;
   doubles::StubSource source_;
-  coverage::LineMarks marks_{*this, commands_, &source_, nullptr};
+  coverage::LineMarks marks_{model_, &source_, nullptr};
 };
 
 void MarkRows(bench::Suite& suite) {
@@ -249,6 +304,7 @@ int main(int argc, char** argv) {
   bench::Suite suite("windows");
   PageRows(suite);
   StopRows(suite);
+  RefreshRows(suite);
   MarkRows(suite);
   suite.RequireFigure("scrolling 2 MiB, the dearest page against the median", DearestPageOfCode, 3);
   suite.RequireFigure("scrolling over a hole, the dearest page against the median", DearestPageBesideAHole,
