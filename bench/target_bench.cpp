@@ -1,6 +1,5 @@
 // What recording costs: the simulated target with its record against the bare simulator, on the example
 // firmware. Its end is patched to start it again, so that the simulator's translation does not count.
-// firmware.
 #include <unicorn/unicorn.h>
 
 #include <cstdio>
@@ -17,7 +16,7 @@ using workbench::Program;
 using workbench::RecordMode;
 using workbench::Simulator;
 
-// At firmware_end, over it and the unused handler behind it: counts a word in RAM down and resets until it is
+// At firmware_end, over it and the unused handler after it: counts a word in RAM down and resets until it is
 // 0.
 constexpr std::uint32_t kRounds = 40;
 constexpr std::uint32_t kCounter = 0x2000f000;
@@ -89,10 +88,10 @@ int main(int argc, char** argv) {
     RecordMode mode;
     double limit;
   };
-  const Row rows[] = {{"no record", RecordMode::kOff, 0.3},
-                      {"branches", RecordMode::kPath, 0.12},
-                      {"counts and outcomes", RecordMode::kCounts, 0.035},
-                      {"branches, counts and outcomes", RecordMode::kBoth, 0.035}};
+  const Row rows[] = {{"no record", RecordMode::kOff, 0.5},
+                      {"branches", RecordMode::kPath, 0.45},
+                      {"counts and outcomes", RecordMode::kCounts, 0.25},
+                      {"branches, counts and outcomes", RecordMode::kBoth, 0.22}};
   std::vector<std::unique_ptr<Simulator>> simulators;
   for (const Row& row : rows) {
     simulators.push_back(std::make_unique<Simulator>(program));
