@@ -23,8 +23,8 @@ WindowTable::DataPane& WindowTable::NewPane(const PaneServices& services,
   return pane;
 }
 
-WindowTable::StatisticsPane& WindowTable::Open(const PaneServices& services, CoverageModel::WindowPtr window,
-                                               DataPane& first) {
+WindowTable::StatisticsPane& WindowTable::Open(const PaneServices& services,
+                                               const CoverageModel::WindowPtr& window, DataPane& first) {
   auto made = std::make_unique<StatisticsPane>(services, window);
   StatisticsPane& pane = *made;
   owner_.AddChild(std::move(made));

@@ -28,7 +28,7 @@ class WindowTable {
   /// Makes a pane, which the control owns.
   DataPane& NewPane(const PaneServices& services, CoverageModel::InstancePtr instance);
   /// Makes the window's statistics pane and enters the window here and in the model.
-  StatisticsPane& Open(const PaneServices& services, CoverageModel::WindowPtr window, DataPane& first);
+  StatisticsPane& Open(const PaneServices& services, const CoverageModel::WindowPtr& window, DataPane& first);
   /// Destroys a pane's window; the object is deleted when no handler runs any more.
   void Retire(CUiChildWindow& pane) { owner_.RemoveChild(pane); }
 
