@@ -12,6 +12,9 @@
 #include "doubles/target.h"
 #include "harness.h"
 #include "macro/coverage_test_client.h"
+#include "persist/cov_file.h"
+#include "persist/cov_output.h"
+#include "persist/section_writer.h"
 #include "platform/queue.h"
 #include "platform/text.h"
 #include "unit/loose_records.h"
@@ -21,7 +24,8 @@
 #include "workbench/services/session_file.h"
 
 // What it costs to keep coverage: images written, verified and compared as a test framework asks for them,
-// against plain passes over their texts; sessions of many functions against sessions of half as many.
+// against the coverage file of the same rows and plain passes over their texts; sessions of many functions
+// against sessions of half as many.
 
 namespace {
 
@@ -51,6 +55,15 @@ class Range final : public ImageWindows {
     const std::string selection = ImageHead(options) + "(" + RangeToken(kStart, kEnd, true) + ")";
     client.SetSelection(platform::Wide(selection).get());
     client.GetImage(image.put());
+  }
+  void WriteFile() {
+    platform::TextWriter file;
+    if (!file.Open("C:\\range.cov")) std::abort();
+    CovOutput out(file);
+    out.Header({"Debug", "demo", CovType::kRange, {}}, false);
+    WriteInstanceSection(out, *instance_, 1, &host, cache_);
+    out.Finish();
+    if (!file.Close()) std::abort();
   }
 
   std::vector<const CoverageWindow*> OpenWindows() override { return {&window_}; }
@@ -105,6 +118,9 @@ void ImageRows(bench::Suite& suite) {
     platform::WideOut image;
     if (range.client.GetImage(image.put()) != qal::kOk) std::abort();
   });
+  suite.Measure("coverage file", kRows, [] { range.WriteFile(); });
+  suite.RequireAtMost("image of 2 MiB written, against its coverage file", "image written", "coverage file",
+                      2.5);
   suite.Measure("image verified", kRows,
                 [] { MustPass([](auto... out) { return range.client.Verify(now.get(), out...); }); });
   static const std::string texts[] = {now.str(), again.str()};
