@@ -58,32 +58,6 @@ TEST(Commands, ExpandPlaceholdersThroughTheirOwnHost) {
   EXPECT_EQ(Expander(&host).Run("expand $(PROJDIR)"), "D:\\there");
 }
 
-TEST_F(CoverageCommandsTest, RangeSetsAndChecksTheRange) {
-  world.target.limits.lowest = 0x100;
-  const struct {
-    const char* line;
-    const char* outcome;
-    const char* range;
-  } kRows[] = {
-      {"cvr 0x1000 0x1fff", "", "1000-1fff"},
-      {"coverage_range 3000 3001 \t ", "", "3000-3001"},
-      {"cvr 0x1000 0x200fff", "", "1000-200fff"},
-      {"cvr 0x1000 0x201000", " !\ninformation ok: The range is too large.", "1000-200fff"},
-      {"cvr 0x1001 0x2000", " !\ninformation ok: Please enter a start address of even value", "1000-200fff"},
-      {"cvr 0x1000 main.c", "Invalid parameter !", "1000-200fff"},
-      {"cvr 0x1000 0x100000000", "Invalid parameter !", "1000-200fff"},
-      {"cvr 0x10 0x5000", "Invalid parameter !", "1000-200fff"},
-  };
-  for (const auto& row : kRows) {
-    EXPECT_EQ(world.Run(row.line), row.outcome) << row.line;
-    EXPECT_EQ(Range(), row.range) << row.line;
-  }
-  world.host.Offer(world.refuses);
-  EXPECT_EQ(world.Run("cvr 0x4000 0x5000"),
-            "Coverage range cannot be set. !\nexclamation ok: error 0x80004005");
-  EXPECT_EQ(Range(), "1000-200fff");
-}
-
 TEST_F(CoverageCommandsTest, RangeOpensSourceFiles) {
   RunAll({
       {"cvr $(PROJDIR)\\\\main.c", ""},

@@ -90,40 +90,6 @@ TEST_F(CommandModelTest, AFileThatCannotBeOpened) {
   EXPECT_EQ(model.commandStore().active(), 1u);
 }
 
-TEST_F(CommandModelTest, EnablesAndClears) {
-  CoverageModel coverage(&host);
-  CommandModel& model = coverage.Commands();
-  model.SetStoreRange(0x10, 0x1F, reporter);
-  CoverageCounts* first = model.AddWindow(0x20, 0x2F, "f", reporter).counts;
-  CoverageCounts* second = model.AddWindow(0x30, 0x3F, "g", reporter).counts;
-  const auto fill = [&] {
-    for (CoverageCounts* counts : model.Stores()) counts->AddOne(counts->start(), 1, 1);
-  };
-  const auto sum = [&] {
-    std::uint64_t all = 0;
-    for (CoverageCounts* counts : model.Stores()) all = all * 10 + counts->Lookup(counts->start())->times;
-    return all;
-  };
-  fill();
-  model.ClearWindow(1);
-  EXPECT_EQ(sum(), 101u);
-  model.ClearStore();
-  EXPECT_EQ(sum(), 1u);
-  fill();
-  model.ClearAllWindows();
-  EXPECT_EQ(sum(), 100u);
-  fill();
-  model.ClearAll();
-  EXPECT_EQ(sum(), 0u);
-  model.SetWindowEnabled(2, false);
-  EXPECT_EQ(first->active() * 10 + second->active(), 10u);
-  model.SetWindowEnabled(3, false);
-  model.SetAllWindowsEnabled(false);
-  EXPECT_EQ(first->active() + second->active(), 0u);
-  model.SetStoreEnabled(false);
-  EXPECT_EQ(model.commandStoreActive() + model.commandStore().active(), 0u);
-}
-
 TEST_F(CommandModelTest, AReaderSeesWhatWasReportedBeforeItCame) {
   CoverageModel coverage(&host);
   CommandModel& model = coverage.Commands();

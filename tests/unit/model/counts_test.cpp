@@ -38,24 +38,6 @@ std::string Range(const CoverageCounts& counts) {
                           counts.table().cellCount(), counts.active());
 }
 
-TEST_F(CountsTest, RegistersARange) {
-  LooseCounts counts(&host);
-  EXPECT_EQ(counts.SetRange(0x2000, 0x1000), 1u);
-  EXPECT_EQ(Range(counts), "1000-2000, 2049 cells, active 1");
-  counts.AddOne(0x1000, 5, 1);
-  counts.SetActive(0);
-  EXPECT_EQ(counts.SetRange(0x3000, 0x3001), 1u);
-  EXPECT_EQ(Range(counts), "3000-3001, 1 cells, active 0");
-  EXPECT_EQ(counts.Lookup(0x3000), CoverageCell{});
-  counts.RemoveRange();
-  counts.RemoveRange();
-  EXPECT_FALSE(counts.registered());
-  EXPECT_EQ(log.Text(),
-            "path.AddRange(0x1000, 0x2000)\npath.RemoveRange(0x1000, 0x2000)\n"
-            "path.AddRange(0x3000, 0x3001)\npath.RemoveRange(0x3000, 0x3001)\n");
-  EXPECT_EQ(boxes.Take(), "");
-}
-
 TEST_F(CountsTest, ARefusedRangeLeavesTheOldOne) {
   LooseCounts counts(&host);
   log.FailCall(1);
@@ -128,25 +110,6 @@ struct CollectionTest : CountsTest {
   CoverageModel::WindowPtr window = std::make_shared<CoverageWindow>();
   std::vector<CoverageInstance*> all;
 };
-
-TEST_F(CollectionTest, APathReportGoesToEveryEnabledStore) {
-  host.Offer(trace);
-  host.Offer(count);
-  trace.address = 0xC;
-  path.pairs = {{0x10, 0x2C}, {0x2E, 0}};
-  EXPECT_TRUE(model.TakeReport());
-  EXPECT_EQ(log.Text(), "path.GetPath()\ntrace.GetAddress(0)\n");
-  EXPECT_EQ(Pictures(), "m1s0 12:1/0 14:1/0 | m1s0 | m1s0 44:1/0 46:1/1 | 12:1/0 14:1/0 16:1/1 ");
-}
-
-TEST_F(CollectionTest, TheCountServiceAnswersWhenThePathServiceDoesNot) {
-  host.Offer(count);
-  count.counts = {{0x0, 7}, {0x10, 8}, {0x21, 9}};
-  count.flags = {{0x0, 3}};
-  log.FailCall(1, "path.GetPath");
-  EXPECT_TRUE(model.TakeReport());
-  EXPECT_EQ(Pictures(), "m1s0 0:7/3 | m1s0 | m1s0 32:9/0 | 16:8/0 ");
-}
 
 TEST_F(CollectionTest, ACountReportReachesOverlappingRanges) {
   UseCounts();

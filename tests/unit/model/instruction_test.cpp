@@ -231,15 +231,6 @@ struct PercentageTest : ReaderTest {
   DisassemblyCache cache;
 };
 
-TEST_F(PercentageTest, ExecutedInstructionsOfAll) {
-  EXPECT_EQ(Compute(), 0u);
-  const qal::PathPair path[] = {{0x1002, 0x1013}, {0x1013, 0}};
-  instance.counts->AddPathReport(0x1000, path);
-  EXPECT_EQ(Compute(), 30u) << "3 of 10";
-  instance.ComputePercentage(true, cache);
-  EXPECT_EQ(instance.percentage, 0u);
-}
-
 TEST_F(PercentageTest, FollowsTheCode) {
   instance.counts->AddOne(0x1002, 1, 0);
   EXPECT_EQ(Compute(), 10u);

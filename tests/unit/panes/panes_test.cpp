@@ -270,17 +270,6 @@ TEST_F(Panes, SortingAlternatesForAllWindowsTogether) {
   EXPECT_EQ(Names(first).substr(0, 7), "*after ");
 }
 
-TEST_F(Panes, EnableAllTurnsIntoDisableAll) {
-  world.log.FailCall(2, "path.AddRange");  // "step" has no range
-  StatisticsPane& window = *Open().NewFileWindow(ViewWorld::kSource, "main.c");
-  EXPECT_FALSE(platform::QueryCommand(window, pane_command::kEnable).Enabled()) << "nothing is selected";
-  for (const char* names : {"*main step- after ", "*main- step- after- ", "*main step- after "}) {
-    platform::RunCommand(window, pane_command::kEnableAll);
-    EXPECT_EQ(Names(window), names);
-    EXPECT_EQ(platform::QueryCommand(window, pane_command::kEnableAll).Checked(), names[5] == ' ');
-  }
-}
-
 TEST_F(Panes, DeleteRangeClosesUp) {
   StatisticsPane& window = *Open().NewRangeWindow(0x1000, 0x100F);
   const auto enabled = [&] { return platform::QueryCommand(window, pane_command::kDeleteRange).Enabled(); };

@@ -105,28 +105,6 @@ INSTANTIATE_TEST_SUITE_P(Target, Cuts,
                                          Cut{"count2500Taken", 1000, 2500, true}, Cut{"random", 0, 0, true}),
                          [](const auto& cut) { return std::string(cut.param.name); });
 
-TEST(Target, WholeProgramRecordsTheSameInEveryMode) {
-  const auto program = Firmware();
-  const Totals& expected = WholeFirmware();
-  const Cut whole{"", 100'000, Simulator::kNoLimit, false};
-  std::uint64_t sum = 0;
-  for (const auto& [address, times] : expected.times) sum += times;
-  EXPECT_GT(sum, 1'500'000u);
-  for (const RecordMode mode :
-       {RecordMode::kOff, RecordMode::kPath, RecordMode::kCounts, RecordMode::kBoth}) {
-    SCOPED_TRACE(static_cast<int>(mode));
-    const Result result = RunCut(program, mode, whole, Simulator::kNoLimit, expected);
-    EXPECT_EQ(result.executed, sum);
-    EXPECT_EQ(result.stoppedAt, AddressOf(*program, "firmware_end"));
-    if (mode == RecordMode::kCounts || mode == RecordMode::kBoth) {
-      EXPECT_TRUE(result.counts == expected);
-    }
-    if (mode == RecordMode::kPath || mode == RecordMode::kBoth) {
-      EXPECT_TRUE(result.walked == expected.times);
-    }
-  }
-}
-
 TEST(Target, BreakpointsChangeNoTotal) {
   const auto program = Firmware();
   const Totals& expected = WholeFirmware();
