@@ -127,6 +127,6 @@ int main(int argc, char** argv) {
     bench::Keep(sum.last);
   });
   suite.RequireAtMost("rows in / a line scan of the same bytes", "rows in", "floor: read and find the lines",
-                      2.3);
+                      2.4);
   return suite.Run(argc, argv);
 }

@@ -215,9 +215,9 @@ void SessionRows(bench::Suite& suite) {
         "session opened, " + number, 1, [] { sessions.Begin(); }, [functions] { sessions.Open(functions); });
   }
   suite.RequireAtMost("session of 10 windows saved, 5,000 functions against 2,500",
-                      "session saved, 5000 functions", "session saved, 2500 functions", 2.7);
+                      "session saved, 5000 functions", "session saved, 2500 functions", 3);
   suite.RequireAtMost("session of 10 windows opened, 5,000 functions against 2,500",
-                      "session opened, 5000 functions", "session opened, 2500 functions", 2.7);
+                      "session opened, 5000 functions", "session opened, 2500 functions", 3);
 }
 
 }  // namespace

@@ -64,7 +64,7 @@ void PathRows(bench::Suite& suite) {
       table.Settle();
     });
     suite.RequireAtMost("path report, " + runs + ", against two increments a pair", "report, " + runs,
-                        "floor: two increments a pair, " + runs, 2.2);
+                        "floor: two increments a pair, " + runs, 3.2);
   };
   against("32 a run", big32);
   against("4 a run", big4);
