@@ -127,9 +127,9 @@ void ImageRows(bench::Suite& suite) {
   suite.Measure("floor: hand out the image's text", kRows,
                 [] { bench::Keep(platform::Wide(texts[0]).get()); });
   suite.RequireAtMost("image of 2 MiB written, against handing its text out", "image written",
-                      "floor: hand out the image's text", 2.5);
+                      "floor: hand out the image's text", 3.4);
   suite.RequireAtMost("image of 2 MiB verified, against handing its text out", "image verified",
-                      "floor: hand out the image's text", 2.5);
+                      "floor: hand out the image's text", 3.4);
   suite.Measure("floor: find the blanks of two images", kRows, [] {
     if (Blanks(texts[0]) + Blanks(texts[1]) < 6 * std::size_t{kRows}) std::abort();
   });
@@ -142,7 +142,7 @@ void ImageRows(bench::Suite& suite) {
   };
   compare("equal images compared", now, "equal images of 2 MiB compared, against a scan for their blanks", 1);
   compare("images compared that differ in every count", before,
-          "images that differ in every count, against a scan for their blanks", 2.4);
+          "images that differ in every count, against a scan for their blanks", 3.1);
 }
 
 /// An IDE with files of functions and a view whose windows are kept in session files.
