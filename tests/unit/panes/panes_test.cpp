@@ -270,17 +270,44 @@ TEST_F(Panes, SortingAlternatesForAllWindowsTogether) {
   EXPECT_EQ(Names(first).substr(0, 7), "*after ");
 }
 
-TEST_F(Panes, DeleteRangeClosesUp) {
-  StatisticsPane& window = *Open().NewRangeWindow(0x1000, 0x100F);
-  const auto enabled = [&] { return platform::QueryCommand(window, pane_command::kDeleteRange).Enabled(); };
-  window.List().Click(0);
-  EXPECT_FALSE(enabled()) << "the only range";
-  Open().AddRange(window, 0x1010, 0x101F);
-  window.List().Click(0);
-  platform::RunCommand(window, pane_command::kDeleteRange);
-  EXPECT_EQ(Picture(), "range 1010-101f*\n") << "the next one is shown";
-  EXPECT_EQ(window.ViewPane()->List().ItemText(0, kAddressColumn), "step");
-  EXPECT_EQ(window.List().SelectedRow(), -1);
+TEST_F(Panes, AnEditedRangeIsShownFromItsStart) {
+  DataPane& pane = *Open().NewRangeWindow(0x1000, 0x1FFF)->Pane(1);
+  pane.List().Scroll(20);
+  Do("type 204 2000;type 205 2fff;click 9021", [&] { platform::RunCommand(pane, pane_command::kEditRange); });
+  EXPECT_EQ(pane.List().TopRow(), 0);
+  EXPECT_EQ(pane.List().ItemText(0, kAddressColumn), "0x00002000");
+}
+
+TEST_F(Panes, LockedRowsStayUntilTheyAreClearedOrUnlocked) {
+  StatisticsPane& window = *Open().NewRangeWindow(0x1000, 0x10FF);
+  CoverageInstance& instance = *window.Record().instances[1];
+  const auto after = [&](const std::function<void(CoverageModel&)>& act) {
+    Open().Do([&] { act(view->Coverage()); });
+    return window.ViewPane()->List().ItemText(0, kTimesColumn);
+  };
+  const auto lock = [&](bool on) { return [&, on](CoverageModel& model) { model.Lock(instance, on); }; };
+  after(lock(true));
+  instance.counts->AddOne(0x1000, 7, 0);
+  EXPECT_EQ(after([](CoverageModel& model) { model.MarkRows(); }), " 0");
+  EXPECT_EQ(after(lock(false)), " 7");
+  after(lock(true));
+  EXPECT_EQ(after([&](CoverageModel& model) { model.Clear(instance); }), " 0");
+}
+
+TEST_F(Panes, CommandsAreRecordedWithTheNumbersOfTheDebugger) {
+  world.target.Function(ViewWorld::kSource, "step", 0x1030, 0x103F);
+  StatisticsPane& window = *Open().NewFileWindow(ViewWorld::kSource, "main.c");
+  for (int sorted = 0; sorted < 2; ++sorted) window.List().ClickHeader(0);
+  world.recorder.recording = true;
+  for (int row = 0; row < 4; ++row) {
+    window.List().Click(row);
+    platform::RunCommand(window, pane_command::kEnable);
+  }
+  DataPane& range = *Open().NewRangeWindow(0x1000, 0x10FF)->Pane(1);
+  platform::RunCommand(range, pane_command::kClearData);  // modified, and nobody is asked: not recorded
+  platform::RunCommand(range, pane_command::kClearData);
+  EXPECT_EQ(world.recorder.lines, (std::vector<std::string>{"cv 2 disable", "cv 4 disable", "cv 1 disable",
+                                                            "cv 3 disable", "cv reset"}));
 }
 
 }  // namespace

@@ -101,6 +101,8 @@ TEST_F(CommandFileTest, RefusedAndMissingWindows) {
   model.AddWindow(0x2000, 0x2003, "refused", reporter);
   EXPECT_EQ(boxes.Take(), "exclamation ok: error 0x80004005\n");
   EXPECT_EQ(Save().find("refused"), std::string::npos) << "a window without a range is left out";
+  Load(Header() + Untyped("2000", "2003", ""));
+  EXPECT_EQ(model.windowCount(), 3u) << "nothing goes for a range that is refused";
 }
 
 TEST_F(CommandFileTest, UntypedSectionsReplaceTheCurrentRange) {

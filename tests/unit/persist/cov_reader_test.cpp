@@ -88,6 +88,10 @@ TEST_F(CovReaderTest, TypedSectionsAndRows) {
                  Section("0x2000", "1ffffffff", "main") + "00000007\tF\t00002000 main"),
             "valid range Debug|demo|\n[1000 100f 1 42 ]\n1000 3 1\n1002 0 0\n1004 4294967295 3\nend\n"
             "[2000 ffffffff 1 42 main]\n2000 7 2\nend\n");
+  std::string bare = Section("1000", "100f");
+  bare.erase(bare.find(kColumns));
+  EXPECT_EQ(Read(kRangeHead + bare + Section("2000", "200f")),
+            "valid range Debug|demo|\n[1000 100f 1 42 ]\nend\n[2000 200f 1 42 ]\nend\n");
 }
 
 TEST_F(CovReaderTest, UntypedSectionsAndRows) {

@@ -122,6 +122,42 @@ TEST_F(Windows, AFunctionThatIsClearedCountsAsSavedNoLonger) {
   instance.saved = 1;
   EXPECT_TRUE(view->MayLose(DataLoss::kClearFunction, instance));
   EXPECT_EQ(instance.saved, 0u);
+  CoverageInstance& first = *window->Record().instances[1];
+  first.saved = instance.saved = 1;
+  EXPECT_TRUE(view->MayLose(DataLoss::kClearAll, instance));
+  EXPECT_EQ(first.saved + instance.saved, 0u);
+  first.counts->AddOne(0x1000, 5, 0);
+  EXPECT_TRUE(view->MayLose(DataLoss::kEditRange, first));
+  EXPECT_EQ(first.counts->Lookup(0x1000)->times, 0u) << "at once, whatever the dialog brings";
+}
+
+TEST_F(Windows, TheFirstFunctionDecidesWhetherClosingAsks) {
+  auto* window = Open().NewFileWindow(ViewWorld::kSource, "main.c");
+  world.options.state[2] = true;
+  world.window.states[window->Frame()] = 5;
+  Do("click 9018", [&] { view->Send(sink_message::kCloseChild, window->Handle()); });
+  EXPECT_EQ(world.window.states[window->Frame()], 5u) << "a window that is kept stays in view";
+  window->Record().instances[1]->modified = 0;
+  Do("", [&] { view->Send(sink_message::kCloseChild, window->Handle()); });
+  EXPECT_EQ(Picture(), "");
+}
+
+TEST_F(Windows, AreTenAtMost) {
+  const auto enabled = [&] {
+    return platform::QueryCommand(*view, control_command::kOpenCoverage).Enabled();
+  };
+  const auto open = [&](std::uint32_t i) {
+    const std::string file = "C:\\" + std::to_string(i) + ".c";
+    world.target.Function(file, "f", 0x3000 + 0x10 * i, 0x300F + 0x10 * i);
+    Open().NewFileWindow(file, file);
+  };
+  auto* range = Open().NewRangeWindow(0x1000, 0x10FF);
+  for (std::uint32_t i = 0; i < 9; ++i) open(i);
+  EXPECT_TRUE(enabled()) << "for another range";
+  view->CloseChild(range->Frame(), 0);
+  EXPECT_TRUE(enabled());
+  open(9);
+  EXPECT_FALSE(enabled());
 }
 
 TEST_F(Windows, AClearThatTheComponentMayNotDoWaitsForTheReset) {
@@ -140,8 +176,11 @@ TEST_F(Windows, AClearThatTheComponentMayNotDoWaitsForTheReset) {
   instance.counts->AddOne(0x1000, 5, 0);
   Open().Do([&] { view->OnReset(); });
   EXPECT_EQ(times(), 5u);
+  CoverageCounts& store = view->Model().commandStore();
+  view->Model().SetStoreRange(0x2000, 0x20FF, view->Messages());
+  store.AddOne(0x2000, 5, 0);
   Open().Do([&] { view->OnDownload(); });
-  EXPECT_EQ(times(), 0u);
+  EXPECT_EQ(times() + store.Lookup(0x2000)->times, 0u);
   EXPECT_EQ(Picture(), "range 1000-10ff*\n");
 }
 
@@ -161,6 +200,13 @@ TEST_F(Windows, TheSwitchFollowsCommandsAndWindows) {
   };
   EXPECT_EQ(sent(enable(true)), "path.SetCollection(-1)\n");
   EXPECT_EQ(sent(enable(false)), "path.SetCollection(0)\n");
+  view->Enable();
+  EXPECT_EQ(world.log.Take("path.SetCollection"), "path.SetCollection(-1)\n") << "what automation enables";
+  doubles::Script person("meanwhile", &world.boxes);
+  std::string meanwhile;
+  person.meanwhile = [&] { meanwhile = sent(store(false)); };
+  person.Run([&] { platform::RunCommand(*view, control_command::kOpenCoverage); });
+  EXPECT_EQ(meanwhile, "path.SetCollection(0)\n") << "while a dialog is open, too";
 }
 
 }  // namespace

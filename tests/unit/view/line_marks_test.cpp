@@ -68,6 +68,20 @@ TEST_F(Marks, CommandWindowsThatWereReplacedAreSeenAtOnce) {
   model.AddWindow(0x4000, 0x40FF, "g", reporter);
   EXPECT_EQ(At(0x4000), 9);
   EXPECT_EQ(At(0x3020), 0);
+  model.SetStoreEnabled(true);
+  model.SetStoreRange(0x5000, 0x50FF, reporter);
+  EXPECT_EQ(At(0x5000), 9);
+}
+
+TEST_F(Marks, GoWithWhatTheyShowed) {
+  Add(0x1000, 0x10FF);
+  EXPECT_EQ(At(0x1000), 9);
+  world.window.frames.front()->Destroy();
+  EXPECT_EQ(At(0x1000), 0);
+  world.log.Clear();
+  EXPECT_EQ(view->SetRange(0x1000, 0x10FF), qal::kOk);
+  EXPECT_EQ(world.log.Count("columns.UpdateColumns("), 1)
+      << "open editors ask for the marks of the new range";
 }
 
 TEST_F(Marks, ALineIsWorkedOutOnceAndDrawnAgain) {

@@ -56,17 +56,29 @@ TEST_F(Session, HoldsTheWindowsUnderTheirKeys) {
   EXPECT_EQ(Open().Windows()[0]->Record().viewKey, "frame-1") << "its old place in the layout";
 }
 
+TEST_F(Session, FunctionsOfOneNameComeBackEachAsItWas) {
+  world.target.Function(ViewWorld::kSource, "step", 0x1020, 0x102F);
+  auto* window = Open().NewFileWindow(ViewWorld::kSource, "main.c");
+  window->Record().instances[3]->SetEnabled(0);
+  const std::string before = Picture();
+  Save();
+  Restart();
+  OpenSession();
+  EXPECT_EQ(Picture(), before);
+}
+
 TEST_F(Session, ADamagedOneOpensWhatItCan) {
   OpenSession();
   EXPECT_EQ(Picture(), "");
-  data.numbers = {{"CoverageCtrlViews", 1},          {"CoverageCtrlViews0", 3},
+  data.numbers = {{"CoverageCtrlViews", 1},          {"CoverageCtrlViews0", 4},
                   {"CoverageWnd0StartAddr", 0x2000}, {"CoverageWnd0EndAddr", 0x1000},
                   {"CoverageWnd1StartAddr", 0x0},    {"CoverageWnd1EndAddr", 0xFFFFFFFF},
                   {"CoverageWnd2StartAddr", 0x2000}, {"CoverageWnd2EndAddr", 0x2100},
                   {"CoverageWnd2Enable", 7},         {"CoverageCtrlViewsFromDiffFile", 0xFFFFFFFF},
+                  {"CoverageWnd3StartAddr", 0x2200}, {"CoverageWnd3EndAddr", 0x2200},
                   {"CoverageFileName", 0xFFFFFFFF}};
   OpenSession();
-  EXPECT_EQ(Picture(), "range 1000-1fff off* 2000-20ff\n");
+  EXPECT_EQ(Picture(), "range 1000-1fff off* 2000-20ff 2200-2200 off\n");
   EXPECT_EQ(world.boxes.Take(), "");
 }
 
