@@ -192,15 +192,5 @@ TEST_F(Clients, ImagesAreWrittenVerifiedAndCompared) {
   EXPECT_EQ(Judged(test, 15, once.get(), any.get(), twice.get(), any.get()), differs);
 }
 
-TEST_F(Clients, AMalformedImageIsReportedAsSuch) {
-  const In malformed("1.003(Range");
-  Out resultName, messages;
-  std::uint32_t runStatus = 0;
-  EXPECT_EQ(Call(test, 6, malformed.get(), resultName.put(), messages.put(), &runStatus), 1);
-  EXPECT_EQ(runStatus, 2u);
-  EXPECT_FALSE(resultName.given());
-  EXPECT_FALSE(messages.given());
-}
-
 }  // namespace
 }  // namespace stranger

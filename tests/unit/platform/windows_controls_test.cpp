@@ -135,17 +135,5 @@ TEST_F(Controls, ButtonsPressLikeButtons) {
             "         6 radio  (*) \"Other\"\n");
 }
 
-TEST_F(Controls, ButtonMayGoWithItsOwnPress) {
-  auto button = std::make_unique<Button>();
-  ASSERT_TRUE(button->Create(frame, 1, "Close"));
-  frame.react = [&](const Message& message) {
-    if (message.id == message::kCommand) DeleteLater(std::move(button));
-    return LResult{0};
-  };
-  EXPECT_TRUE(button->Press());
-  EXPECT_EQ(button, nullptr);
-  EXPECT_TRUE(frame.Children().empty());
-}
-
 }  // namespace
 }  // namespace platform
