@@ -268,6 +268,11 @@ TEST_F(Panes, SortingAlternatesForAllWindowsTogether) {
   EXPECT_EQ(first.List().SelectedRow(), -1) << "a function without a range cannot be picked";
   first.List().Click(0);
   EXPECT_EQ(Names(first).substr(0, 7), "*after ");
+  for (const bool all : {true, false, true}) {
+    platform::RunCommand(first, pane_command::kEnableAll);
+    EXPECT_EQ(platform::QueryCommand(first, pane_command::kEnableAll).Checked(), all)
+        << "but for the refused";
+  }
 }
 
 TEST_F(Panes, AnEditedRangeIsShownFromItsStart) {
