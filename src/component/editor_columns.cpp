@@ -113,45 +113,44 @@ void EditorColumns::ForgetView() {
   columnHost = nullptr;
 }
 
-// Files and lines of the editors.
-
-qal::Status EditorColumns::FileOpened(qal::WideText file, std::uint32_t column) {
+template <class Act>
+qal::Status EditorColumns::WithColumn(std::uint32_t id, Act act) {
   return Enter(
       ViewEntries(),
       [&] {
         if (!Active()) return qal::kFail;
-        const Column opened = Find(column);
-        if (!opened) return qal::kOk;
-        const std::string name = platform::Narrow(file);
-        const bool source = opened.which == EditorColumn::kSource;
-        const std::string lower = platform::ToLower(name);
-        if (qal::IQColumnService* const service = Service()) {
-          service->AddFile(platform::Wide(source ? lower : name).get(), *opened.handle, *opened.mode,
-                           *opened.state);
-        }
-        if (source && std::find(openFiles.begin(), openFiles.end(), lower) == openFiles.end()) {
-          openFiles.push_back(lower);
-        }
+        if (const Column column = Find(id)) act(column);
         return qal::kOk;
       },
       qal::kFail);
 }
 
+// Files and lines of the editors.
+
+qal::Status EditorColumns::FileOpened(qal::WideText file, std::uint32_t column) {
+  return WithColumn(column, [&](const Column& opened) {
+    const std::string name = platform::Narrow(file);
+    const bool source = opened.which == EditorColumn::kSource;
+    const std::string lower = platform::ToLower(name);
+    if (qal::IQColumnService* const service = Service()) {
+      service->AddFile(platform::Wide(source ? lower : name).get(), *opened.handle, *opened.mode,
+                       *opened.state);
+    }
+    if (source && std::find(openFiles.begin(), openFiles.end(), lower) == openFiles.end()) {
+      openFiles.push_back(lower);
+    }
+  });
+}
+
 qal::Status EditorColumns::FileClosed(qal::WideText file, std::uint32_t column) {
-  return Enter(
-      ViewEntries(),
-      [&] {
-        if (!Active()) return qal::kFail;
-        const Column closed = Find(column);
-        if (!closed || closed.which != EditorColumn::kSource) return qal::kOk;
-        const std::string lower = platform::ToLower(platform::Narrow(file));
-        if (qal::IQColumnService* const service = Service()) {
-          service->RemoveFile(platform::Wide(lower).get(), sourceColumn);
-        }
-        std::erase(openFiles, lower);
-        return qal::kOk;
-      },
-      qal::kFail);
+  return WithColumn(column, [&](const Column& closed) {
+    if (closed.which != EditorColumn::kSource) return;
+    const std::string lower = platform::ToLower(platform::Narrow(file));
+    if (qal::IQColumnService* const service = Service()) {
+      service->RemoveFile(platform::Wide(lower).get(), sourceColumn);
+    }
+    std::erase(openFiles, lower);
+  });
 }
 
 void EditorColumns::RefreshLines(const std::string& file, std::uint32_t handle, std::int32_t first) {
@@ -164,35 +163,21 @@ void EditorColumns::RefreshLines(const std::string& file, std::uint32_t handle, 
 
 qal::Status EditorColumns::FileChanged(qal::WideText file, std::uint32_t column, std::uint32_t,
                                        std::uint32_t) {
-  return Enter(
-      ViewEntries(),
-      [&] {
-        if (!Active()) return qal::kFail;
-        if (const Column changed = Find(column)) {
-          RefreshLines(platform::ToLower(platform::Narrow(file)), *changed.handle, kFirstLine);
-        }
-        return qal::kOk;
-      },
-      qal::kFail);
+  return WithColumn(column, [&](const Column& changed) {
+    RefreshLines(platform::ToLower(platform::Narrow(file)), *changed.handle, kFirstLine);
+  });
 }
 
 qal::Status EditorColumns::MoveLines(qal::WideText file, std::uint32_t id, std::uint32_t line,
                                      std::int64_t count) {
-  return Enter(
-      ViewEntries(),
-      [&] {
-        if (!Active()) return qal::kFail;
-        const Column column = Find(id);
-        if (!column) return qal::kOk;
-        const std::string lower = platform::ToLower(platform::Narrow(file));
-        using Limits = std::numeric_limits<std::int32_t>;
-        const auto lines =
-            static_cast<std::int32_t>(std::clamp<std::int64_t>(count, Limits::min(), Limits::max()));
-        if (view != nullptr) view->Marks().Move(column.which, lower, line, lines);
-        RefreshLines(lower, *column.handle, static_cast<std::int32_t>(line));
-        return qal::kOk;
-      },
-      qal::kFail);
+  return WithColumn(id, [&](const Column& column) {
+    const std::string lower = platform::ToLower(platform::Narrow(file));
+    using Limits = std::numeric_limits<std::int32_t>;
+    const auto lines =
+        static_cast<std::int32_t>(std::clamp<std::int64_t>(count, Limits::min(), Limits::max()));
+    if (view != nullptr) view->Marks().Move(column.which, lower, line, lines);
+    RefreshLines(lower, *column.handle, static_cast<std::int32_t>(line));
+  });
 }
 
 qal::Status EditorColumns::LinesInserted(qal::WideText file, std::uint32_t column, std::uint32_t line,
@@ -208,65 +193,37 @@ qal::Status EditorColumns::LinesDeleted(qal::WideText file, std::uint32_t column
 // States and modes.
 
 qal::Status EditorColumns::SetColumnState(std::uint32_t column, std::uint32_t state) {
-  return Enter(
-      ViewEntries(),
-      [&] {
-        if (!Active()) return qal::kFail;
-        const Column changed = Find(column);
-        if (!changed) return qal::kOk;
-        *changed.state = state;
-        if (qal::IQColumnService* const service = Service()) {
-          service->SetState(nullptr, *changed.handle, state);
-          for (const std::string& file : openFiles) {
-            service->RefreshFile(platform::Wide(file).get(), *changed.handle, kFirstLine, kToTheEnd);
-          }
-        }
-        if (auto* const frame = FindService<qal::IQFrame>(columnHost, qal::iid::kFrame)) {
-          frame->SetColumnSetting(qal::id::kColumnSetting, qal::id::kColumnSetting, *changed.handle, state);
-        }
-        return qal::kOk;
-      },
-      qal::kFail);
+  return WithColumn(column, [&](const Column& changed) {
+    *changed.state = state;
+    if (qal::IQColumnService* const service = Service()) {
+      service->SetState(nullptr, *changed.handle, state);
+      for (const std::string& file : openFiles) {
+        service->RefreshFile(platform::Wide(file).get(), *changed.handle, kFirstLine, kToTheEnd);
+      }
+    }
+    if (auto* const frame = FindService<qal::IQFrame>(columnHost, qal::iid::kFrame)) {
+      frame->SetColumnSetting(qal::id::kColumnSetting, qal::id::kColumnSetting, *changed.handle, state);
+    }
+  });
 }
 
 qal::Status EditorColumns::SetFileColumnState(qal::WideText file, std::uint32_t column, std::uint32_t state) {
-  return Enter(
-      ViewEntries(),
-      [&] {
-        if (!Active()) return qal::kFail;
-        const Column changed = Find(column);
-        if (!changed) return qal::kOk;
-        if (qal::IQColumnService* const service = Service()) service->SetState(file, *changed.handle, state);
-        return qal::kOk;
-      },
-      qal::kFail);
+  return WithColumn(column, [&](const Column& changed) {
+    if (qal::IQColumnService* const service = Service()) service->SetState(file, *changed.handle, state);
+  });
 }
 
 qal::Status EditorColumns::SetColumnMode(std::uint32_t column, std::uint32_t mode) {
-  return Enter(
-      ViewEntries(),
-      [&] {
-        if (!Active()) return qal::kFail;
-        const Column changed = Find(column);
-        if (!changed) return qal::kOk;
-        *changed.mode = mode;
-        if (qal::IQColumnService* const service = Service()) service->SetMode(nullptr, *changed.handle, mode);
-        return qal::kOk;
-      },
-      qal::kFail);
+  return WithColumn(column, [&](const Column& changed) {
+    *changed.mode = mode;
+    if (qal::IQColumnService* const service = Service()) service->SetMode(nullptr, *changed.handle, mode);
+  });
 }
 
 qal::Status EditorColumns::SetFileColumnMode(qal::WideText file, std::uint32_t column, std::uint32_t mode) {
-  return Enter(
-      ViewEntries(),
-      [&] {
-        if (!Active()) return qal::kFail;
-        const Column changed = Find(column);
-        if (!changed) return qal::kOk;
-        if (qal::IQColumnService* const service = Service()) service->SetMode(file, *changed.handle, mode);
-        return qal::kOk;
-      },
-      qal::kFail);
+  return WithColumn(column, [&](const Column& changed) {
+    if (qal::IQColumnService* const service = Service()) service->SetMode(file, *changed.handle, mode);
+  });
 }
 
 // Pictures, marks and titles.

@@ -63,6 +63,10 @@ class EditorColumns : public qal::IQColumnClient {
   Column AsmColumn();
   Column Find(std::uint32_t id);
 
+  /// Does `act` to the column, if there is one of this id; kFail while another session is current.
+  template <class Act>
+  qal::Status WithColumn(std::uint32_t id, Act act);
+
   bool Active() const;
   EntryListener* ViewEntries() const { return view == nullptr ? nullptr : view->Entries(); }
   qal::IQColumnService* Service() const;

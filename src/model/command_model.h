@@ -96,7 +96,6 @@ class CommandModel {
 
   /// Source file of the windows; empty when they do not come from one.
   const std::string& filePath() const { return filePath_; }
-  void SetFilePath(std::string path) { filePath_ = std::move(path); }
 
   /// The store and every store of every window.
   std::vector<CoverageCounts*> Stores() const;

@@ -53,7 +53,6 @@ class CJepCoverageCtrl : public CUiDebugCommandSink,
   CoverageModel& Coverage() { return records; }
   WindowTable& Windows() { return *table; }
   WindowOpener& Opener() { return *opener; }
-  WindowSaver& Saver() { return saver; }
   DialogHistory& History() { return history; }
   ImageWindows& Images() { return *this; }
   /// What every call of the IDE and every message goes through.
